@@ -1,0 +1,76 @@
+#include "QXSDKKovalinKit/Version.h"
+#include "kovalin/BadInput.h"
+#include "kovalin/CommandLine.h"
+#include "kovalin/Search.h"
+#include "kovalin/Sequence.h"
+#include "kovalin/StandardStreams.h"
+
+#include <QtCore/QCoreApplication>
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+
+#include <cstdio>
+#include <exception>
+#include <sstream>
+#include <string>
+
+using namespace kovalin::cli;
+
+namespace {
+
+enum ExitCode { Ok = 0, BadInputGiven = 1, BadUsage = 2 };
+
+ExitCode answerParser(const CLI::App& program, const CLI::ParseError& error)
+{
+    if (error.get_exit_code() == 0) {
+        std::ostringstream text;
+        program.exit(error, text, text);
+        writeOutput(text.str());
+        flushOutput();
+        return Ok;
+    }
+    // The parser would only say that a subcommand is missing.
+    const bool isUnknown = program.get_subcommands().empty() && program.remaining_size() > 0;
+    writeError(isUnknown ? "no such subcommand or option: " + argumentAsGiven(program.remaining().front())
+                         : std::string(error.what()));
+    const std::string usage = program.help();
+    std::fwrite(usage.data(), 1, usage.size(), stderr);
+    return BadUsage;
+}
+
+ExitCode run(int argc, const char* const* argv)
+{
+    CLI::App program("Sticker search on the command line.", "kovalin");
+    program.set_version_flag("--version", std::string("kovalin ") + QXSDKKovalinKitVersionString,
+                             "Print the version and exit");
+    program.require_subcommand(1);
+    addSearchCommand(program);
+    addSequenceCommand(program);
+    try {
+        program.parse(argumentsForParser(argc, argv));
+    } catch (const CLI::ParseError& error) {
+        return answerParser(program, error);
+    }
+    return Ok;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    prepareStandardStreams();
+    // Texts are UTF-8 whatever the user's locale, and Qt would complain about any other.
+    qputenv("LC_ALL", "C.UTF-8");
+    int argumentCountForQt = 1; // the options are ours alone
+    const QCoreApplication application(argumentCountForQt, argv);
+    try {
+        return run(argc, argv);
+    } catch (const OutputClosed&) {
+        return Ok;
+    } catch (const std::exception& error) {
+        writeError(error.what());
+        return BadInputGiven;
+    }
+}

@@ -1,0 +1,53 @@
+# Shared by demo.sh and test.sh: installing what is missing, and building. To be sourced from the repository's root.
+
+# What building, running and testing take, by Debian package.
+build_packages=(
+    ca-certificates ccache cmake g++ ninja-build
+    libcli11-dev nlohmann-json3-dev qt6-base-dev libgl-dev qt6-qpa-plugins
+)
+test_packages=(
+    git libgmock-dev libgtest-dev python3-cbor2
+)
+
+# install_packages PACKAGE…: installs those that are missing, quietly. Does nothing where there is no apt-get.
+install_packages() {
+    command -v apt-get >/dev/null || return 0
+    local missing=() package
+    for package in "$@"; do
+        dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
+    done
+    ((${#missing[@]})) || return 0
+
+    local as_root=()
+    if ((EUID != 0)); then
+        command -v sudo >/dev/null || { echo "Missing packages, and no right to install them: ${missing[*]}" >&2; return 1; }
+        as_root=(sudo)
+    fi
+    echo "Installing ${missing[*]}"
+    local log
+    log=$(mktemp)
+    if ! { "${as_root[@]}" apt-get -qq update &&
+           "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq install -y --no-install-recommends \
+               "${missing[@]}"; } >"$log" 2>&1; then
+        cat "$log" >&2
+        rm -f "$log"
+        return 1
+    fi
+    rm -f "$log"
+}
+
+# build PRESET [CMAKE ARGUMENT…]: configures and builds, telling of it only what goes wrong.
+build() {
+    local preset=$1
+    shift
+    echo "Building ($preset)"
+    local log
+    log=$(mktemp)
+    if ! { cmake --preset "$preset" "$@" && cmake --build --preset "$preset"; } >"$log" 2>&1; then
+        # The whole of a long build log helps nobody; what failed stands at its end.
+        tail -n 100 "$log" >&2
+        rm -f "$log"
+        return 1
+    fi
+    rm -f "$log"
+}

@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# Builds the library and runs its tests. With CI=true warnings are errors, and the tests run again under the address,
+# undefined behaviour and thread sanitizers. --long adds what takes longer than that may.
+set -euo pipefail
+cd "$(dirname "$0")"
+source scripts/common.sh
+
+long=false
+for argument in "$@"; do
+    case $argument in
+        --long) long=true ;;
+        *) echo "usage: ./test.sh [--long]" >&2; exit 2 ;;
+    esac
+done
+
+install_packages "${build_packages[@]}" "${test_packages[@]}"
+
+# run_tests PRESET
+run_tests() {
+    ctest --preset "$1" --parallel 2 --output-on-failure
+}
+
+if [[ ${CI:-} == true ]]; then
+    install_packages clang-format libbenchmark-dev libsqlite3-dev
+    scripts/check-sources.sh
+    build release -DKOVALIN_BUILD_TESTS=ON -DKOVALIN_WARNINGS_AS_ERRORS=ON
+    # Every public header compiles alone, without the precompiled ones.
+    cmake --build --preset release --target all_verify_interface_header_sets >/dev/null
+    run_tests release
+    for preset in asan tsan; do
+        build "$preset"
+        run_tests "$preset"
+    done
+    # The benchmarks must build, run and agree with the plain method; what they print of speed is not judged here.
+    build bench -DKOVALIN_WARNINGS_AS_ERRORS=ON
+    build/bench/bin/prefix_search_bench --quick
+else
+    build release -DKOVALIN_BUILD_TESTS=ON
+    run_tests release
+fi
+
+if $long; then
+    install_packages libbenchmark-dev libsqlite3-dev libxapian-dev
+    build bench
+    build/bench/bin/prefix_search_bench
+fi
