@@ -21,7 +21,7 @@ run_tests() {
 }
 
 if [[ ${CI:-} == true ]]; then
-    install_packages clang-format libbenchmark-dev libsqlite3-dev
+    install_packages clang-format libbenchmark-dev libsqlite3-dev libxapian-dev
     scripts/check-sources.sh
     build release -DKOVALIN_BUILD_TESTS=ON -DKOVALIN_WARNINGS_AS_ERRORS=ON
     # Every public header compiles alone, without the precompiled ones.
