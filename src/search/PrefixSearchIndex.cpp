@@ -84,8 +84,7 @@ public:
         numberTagsByFallingCount();
         letTitlesTakePrecedence();
         _stickers->order.shrink_to_fit();
-        _parts.stickers = _stickers;
-        fillMaps();
+        _parts.stickers = std::move(_stickers);
     }
 
     Parts takeParts() { return std::move(_parts); }
@@ -187,24 +186,14 @@ private:
         _parts.tags.reserve(_found.size());
         _parts.runs.reserve(_found.size());
         _parts.hasSolovalin.reserve(_found.size());
+        _parts.emotions.reserve(_found.size());
         for (const quint32 tag : byFallingCount) {
             _parts.tags.push_back(_found[tag].text);
             _parts.runs.push_back(_found[tag].run);
             _parts.hasSolovalin.push_back(_found[tag].hasSolovalin ? 1 : 0);
+            _parts.emotions.push_back(static_cast<quint8>(_found[tag].emotion));
         }
         _parts.maxTagOccurrence = _found.empty() ? 0 : _parts.runs.front().count;
-    }
-
-    void fillMaps()
-    {
-        _parts.tagToKovalins.reserve(static_cast<qsizetype>(_found.size()));
-        for (const FoundTag& tag : _found) {
-            _parts.tagToKovalins.insert(tag.text,
-                                        QXSDKKovalinSet(_stickers, tag.run.start, tag.run.count, tag.hasSolovalin));
-            if (tag.emotion != QXSDKKovalinEmotionUnknown) {
-                _parts.tagToEmotion.insert(tag.text, tag.emotion);
-            }
-        }
     }
 
     /// A tag that is also a title stands for the whole pack.
@@ -219,6 +208,7 @@ private:
                 const auto start = static_cast<quint32>(_stickers->order.size());
                 _stickers->order.resize(start + title->count);
                 std::iota(_stickers->order.begin() + start, _stickers->order.end(), title->start);
+                _parts.ownRunsOfTitles.emplace_back(static_cast<quint32>(tag), _parts.runs[tag]);
                 _parts.runs[tag] = {start, title->count};
             }
         }
@@ -243,6 +233,29 @@ PrefixSearchIndex::PrefixSearchIndex(const KovalinPackList& packs)
     : _parts(partsOf(packs))
     , _words(_parts.tags)
 {
+    fillMaps();
+}
+
+// Last, since the maps are the largest part, and indexing the words takes as much again until it is done.
+void PrefixSearchIndex::fillMaps()
+{
+    const auto insertSet = [this](quint32 tag, Run run) {
+        _parts.tagToKovalins.insert(
+            _parts.tags[tag], QXSDKKovalinSet(_parts.stickers, run.start, run.count, _parts.hasSolovalin[tag] != 0));
+    };
+    _parts.tagToKovalins.reserve(static_cast<qsizetype>(_parts.tags.size()));
+    for (quint32 tag = 0; tag < _parts.tags.size(); ++tag) {
+        insertSet(tag, _parts.runs[tag]);
+        const auto emotion = static_cast<QXSDKKovalinEmotion>(_parts.emotions[tag]);
+        if (emotion != QXSDKKovalinEmotionUnknown) {
+            _parts.tagToEmotion.insert(_parts.tags[tag], emotion);
+        }
+    }
+    for (const auto& [tag, run] : _parts.ownRunsOfTitles) {
+        insertSet(tag, run);
+    }
+    _parts.emotions = {};
+    _parts.ownRunsOfTitles = {};
 }
 
 std::vector<quint32> PrefixSearchIndex::matchingTags(const QString& text,

@@ -14,6 +14,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <utility>
 #include <vector>
 
 /// All that the prefix engine knows of the packs: the maps by tag and by title, and beside them the same numbered for free
@@ -66,7 +67,7 @@ private:
         quint32 count = 0;
     };
 
-    /// All but the words.
+    /// All but the words; a builder leaves the first and the third map to fillMaps().
     struct Parts {
         QHash<QString, QXSDKKovalinSet> tagToKovalins;
         QHash<QString, KovalinPackPtr> tagToPack;
@@ -77,9 +78,14 @@ private:
         std::vector<QString> tags;        // by number
         std::vector<Run> runs;            // by number: what an exact search for the tag answers, before the filter
         std::vector<quint8> hasSolovalin; // by number
+
+        // Only until the maps are filled.
+        std::vector<quint8> emotions;                         // by number
+        std::vector<std::pair<quint32, Run>> ownRunsOfTitles; // of the tags for which a title's run stands in `runs`
     };
 
     [[nodiscard]] static Parts partsOf(const KovalinPackList& packs);
+    void fillMaps();
 
     [[nodiscard]] std::vector<quint32> matchingTags(const QString& text,
                                                     const QXSDKKovalinSearchResultTypes& resultTypes) const;

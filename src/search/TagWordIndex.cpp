@@ -44,6 +44,12 @@ void sortUnique(TagList& numbers, quint32 limit)
 
 TagWordIndex::TagWordIndex(const std::vector<QString>& tags)
 {
+    numberWords(tags);
+    listTagsOfWords();
+}
+
+void TagWordIndex::numberWords(const std::vector<QString>& tags)
+{
     // Words get numbers in the order in which they are met first, and their sorted numbers when all are known.
     TextNumbering words;
     _tagWordStarts.reserve(tags.size() + 1);
@@ -74,12 +80,15 @@ TagWordIndex::TagWordIndex(const std::vector<QString>& tags)
     for (quint32& number : _tagWords) {
         number = sortedNumbers[number];
     }
+}
 
-    // The tags of each word: count, make room, fill. Tags come in ascending order, so a repeat within one is its neighbour.
-    const auto tagCount = static_cast<quint32>(tags.size());
+void TagWordIndex::listTagsOfWords()
+{
+    // Count, make room, fill. Tags come in ascending order, so a word that a tag repeats has it for its last one.
+    const auto tagCount = static_cast<quint32>(_tagWordStarts.size() - 1);
     constexpr quint32 none = ~0U;
-    std::vector<quint32> lastTag(words.count(), none);
-    _wordTagStarts.assign(words.count() + 1, 0);
+    std::vector<quint32> lastTag(wordCount(), none);
+    _wordTagStarts.assign(wordCount() + 1, 0);
     for (quint32 tag = 0; tag < tagCount; ++tag) {
         for (const quint32 number : wordsOf(tag)) {
             if (std::exchange(lastTag[number], tag) != tag) {

@@ -39,6 +39,9 @@ private:
         [[nodiscard]] bool equals(quint32 word) const { return hasEqual && word == first; }
     };
 
+    void numberWords(const std::vector<QString>& tags);
+    void listTagsOfWords();
+
     [[nodiscard]] quint32 wordCount() const { return static_cast<quint32>(_wordStarts.size() - 1); }
     [[nodiscard]] std::u16string_view word(quint32 number) const;
     [[nodiscard]] WordRun runOf(QStringView searchWord) const;
