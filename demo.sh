@@ -13,7 +13,7 @@ for argument in "$@"; do
 done
 
 install_packages "${build_packages[@]}"
-build release -DKOVALIN_BUILD_TESTS=OFF
+build release -DKOVALIN_BUILD_TESTS=OFF -DKOVALIN_BUILD_BENCHMARKS=OFF
 if $only_build; then
     exit
 fi

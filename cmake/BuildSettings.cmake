@@ -29,8 +29,8 @@ add_compile_definitions(
     QT_USE_QSTRINGBUILDER
     QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 
-# Compiled once and shared by the layers; the header checks below src/QXSDKKovalinKit build without it, so that every
-# header still includes what it uses.
+# Compiled once for all layers, and once more with googletest for all tests. The header checks below src/QXSDKKovalinKit build
+# without them, so that every public header still includes what it uses.
 set(KOVALIN_PRECOMPILED_HEADERS
     <algorithm> <atomic> <cstdint> <deque> <functional> <memory> <mutex> <optional> <string> <utility> <vector>
     <QtCore/QHash> <QtCore/QJsonArray> <QtCore/QJsonDocument> <QtCore/QJsonObject> <QtCore/QList> <QtCore/QObject>

@@ -4,6 +4,11 @@
 # each folder is reached through an include directory of its own, build/include/<layer>/, which holds a single link to
 # it. An include of anything else is "No such file or directory".
 function(kovalin_add_layers)
+    file(WRITE "${CMAKE_BINARY_DIR}/precompiled.cpp" "")
+    add_library(kovalin_precompiled OBJECT "${CMAKE_BINARY_DIR}/precompiled.cpp")
+    target_link_libraries(kovalin_precompiled PRIVATE Qt6::Core kovalin_warnings)
+    target_precompile_headers(kovalin_precompiled PRIVATE ${KOVALIN_PRECOMPILED_HEADERS})
+
     kovalin_add_layer(platform/dispatch   LIBRARIES Qt6::Core)
     kovalin_add_layer(platform/foundation LIBRARIES Qt6::Core Qt6::Gui)
     kovalin_add_layer(search              USES platform/dispatch platform/foundation)
@@ -34,7 +39,7 @@ function(kovalin_add_layer folder)
     target_link_libraries(kovalin_${name}
         PUBLIC kovalin_${name}_headers
         PRIVATE $<BUILD_INTERFACE:kovalin_warnings>)
-    target_precompile_headers(kovalin_${name} PRIVATE ${KOVALIN_PRECOMPILED_HEADERS})
+    target_precompile_headers(kovalin_${name} REUSE_FROM kovalin_precompiled)
     set_property(GLOBAL APPEND PROPERTY KOVALIN_LAYER_TARGETS kovalin_${name})
 
     set(KOVALIN_LAYER_TARGET kovalin_${name})
