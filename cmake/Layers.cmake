@@ -4,7 +4,7 @@
 # each folder is reached through an include directory of its own, build/include/<layer>/, which holds a single link to
 # it. An include of anything else is "No such file or directory".
 function(kovalin_add_layers)
-    file(WRITE "${CMAKE_BINARY_DIR}/precompiled.cpp" "")
+    file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/precompiled.cpp" CONTENT "")
     add_library(kovalin_precompiled OBJECT "${CMAKE_BINARY_DIR}/precompiled.cpp")
     target_link_libraries(kovalin_precompiled PRIVATE Qt6::Core kovalin_warnings)
     target_precompile_headers(kovalin_precompiled PRIVATE ${KOVALIN_PRECOMPILED_HEADERS})

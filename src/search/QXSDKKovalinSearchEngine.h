@@ -21,6 +21,8 @@ public:
 };
 
 /// What every search engine offers. A search never reports an error: what can't be answered is an empty list.
+///
+/// Completions run exactly once as long as there is an application object; those outstanding when it dies are dropped.
 class QXSDKKOVALINKIT_EXPORT QXSDKKovalinSearchEngine {
 public:
     using ProcessCompletion = std::function<void()>;

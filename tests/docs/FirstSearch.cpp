@@ -1,7 +1,5 @@
 // The example of the README, which is cut from here: whatever stands between the marks is shown there.
 
-#include <iostream>
-
 // [example]
 #include <QtCore/QCoreApplication>
 #include <QtCore/QFile>
@@ -10,6 +8,8 @@
 #include <QtCore/QJsonObject>
 
 #include <QXSDKKovalinKit/QXSDKKovalinKit.h>
+
+#include <iostream>
 
 int main(int argc, char** argv)
 {

@@ -243,6 +243,22 @@ TEST(KovalinSticker, ComesBackFromAnArchiveAsItWas)
     EXPECT_TRUE(back->isFriendvalin());
 }
 
+// Looked at through Qt's own CBOR reader: the keys are a stored format that other versions have to read.
+TEST(KovalinSticker, WritesItsKeysInTheirOrder)
+{
+    KovalinSticker sticker = *pair(u"1"_s, {u"a"_s});
+    sticker.setTemplateId(u"t"_s);
+    const auto root = QCborValue::fromCbor(KeyedArchiver::archivedData(sticker))[u"root"_s].toMap();
+    QStringList keys;
+    for (const auto& key : root.keys()) {
+        keys.append(key.toString());
+    }
+    EXPECT_EQ(keys, QStringList({u"comic_id"_s, u"tags"_s, u"url"_s, u"template_id"_s, u"is_friendvalin"_s}));
+    EXPECT_TRUE(root[u"comic_id"_s].isString());
+    EXPECT_TRUE(root[u"tags"_s].isArray());
+    EXPECT_TRUE(root[u"is_friendvalin"_s].isTrue());
+}
+
 TEST(KovalinSticker, DecodesWhatIsMissingToItsDefaults)
 {
     const auto sticker = stickerFrom([](KeyedArchiver&) {});
