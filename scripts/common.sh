@@ -3,6 +3,7 @@
 # What building, running and testing take, by Debian package.
 build_packages=(
     ca-certificates ccache cmake g++ ninja-build
+    flatbuffers-compiler libflatbuffers-dev libfmt-dev
     libcli11-dev nlohmann-json3-dev qt6-base-dev libgl-dev qt6-qpa-plugins
 )
 test_packages=(
