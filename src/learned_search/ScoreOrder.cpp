@@ -1,25 +1,43 @@
 #include "learned_search/ScoreOrder.h"
 
-#include <algorithm>
-#include <cstddef>
-#include <stdexcept>
+#include "learned_search/KeySort.h"
+#include "learned_search/SparseScores.h"
+
+#include <bit>
+#include <span>
 
 namespace vole::learned_search {
 
-std::vector<std::int32_t> bestComics(std::vector<ScoredComic> scored, std::int32_t topN)
+namespace {
+
+bool isBetter(const Survivor& a, const Survivor& b)
 {
-    if (topN < 0) {
-        throw std::length_error("predict: topN is negative");
+    return a.score > b.score;
+}
+
+bool isNotBetter(const Survivor& a, const Survivor& b)
+{
+    return !isBetter(a, b);
+}
+
+} // namespace
+
+bool orderDistinctBestFirst(std::vector<Survivor>& list, std::size_t count)
+{
+    // A slice that is stored best first needs no sorting.
+    if (count == 0 || std::adjacent_find(list.begin(), list.end(), isNotBetter) == list.end()) {
+        return true;
     }
-    const std::size_t count = std::min(scored.size(), static_cast<std::size_t>(topN));
-    const auto end = scored.begin() + static_cast<std::ptrdiff_t>(count);
-    std::partial_sort(scored.begin(), end, scored.end(),
-                      [](const ScoredComic& a, const ScoredComic& b) { return a.score > b.score; });
-    std::vector<std::int32_t> comics;
-    comics.reserve(count);
-    std::transform(scored.begin(), end, std::back_inserter(comics),
-                   [](const ScoredComic& comic) { return comic.comicId; });
-    return comics;
+    const auto end = list.begin() + static_cast<std::ptrdiff_t>(count);
+    if (end != list.end()) {
+        std::nth_element(list.begin(), end - 1, list.end(), isBetter);
+    }
+    // As whole numbers, positive floats are in the same order.
+    sortByKey(std::span(list.begin(), end),
+              [](const Survivor& survivor) { return ~std::bit_cast<std::uint32_t>(survivor.score); });
+    const float last = list[count - 1].score;
+    return std::adjacent_find(list.begin(), end, isNotBetter) == end &&
+           std::none_of(end, list.end(), [last](const Survivor& survivor) { return survivor.score == last; });
 }
 
 } // namespace vole::learned_search

@@ -137,7 +137,7 @@ std::vector<std::pair<std::string, float>> PlainClassifier::completions(const st
         if (entry->endWordScore() == 0.0F) {
             continue;
         }
-        const std::string_view word(entry->word()->c_str(), std::strlen(entry->word()->c_str()));
+        const std::string_view word = entry->word()->c_str();
         if (word.substr(0, prefix.size()) == prefix) {
             list.emplace_back(word, entry->wordPrior());
         }
