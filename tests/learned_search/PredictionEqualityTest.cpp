@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <limits>
 
 using namespace vole::learned_search;
 using namespace vole::learned_search::test;
@@ -123,6 +124,40 @@ TEST(PredictionEquality, OfLongNgramsThatLetComicsWithoutRowsPass)
 TEST(PredictionEquality, OfSlicesThatAreStoredBestFirst)
 {
     expectEqualAnswers(15, {.comics = 300, .rowsPerKey = 50, .bestFirst = true}, 60, 10);
+}
+
+TEST(PredictionEquality, OfModelsTooLargeForAnIndexOfTheirComics)
+{
+    expectEqualAnswers(17, {.comics = 44'000, .keys = 20, .rowsPerKey = 300}, 1, 4);
+}
+
+TEST(PredictionEquality, OfSlicesWithThousandsOfRows)
+{
+    expectEqualAnswers(18, {.comics = 5'000, .keys = 20, .rowsPerKey = 3'000}, 2, 6);
+    expectEqualAnswers(19, {.comics = 5'000, .keys = 20, .rowsPerKey = 3'000, .distinctProbs = 200}, 2, 6);
+}
+
+TEST(PredictionEquality, OfScoresThatOverflow)
+{
+    // 1e-12 times 1e35 three times over is infinite, which is a tie, and times a row of zero it is no number.
+    ModelContent content;
+    content.list({3, 1, 2, 0});
+    content.add("a", {{1, 1e35F}, {2, 1e35F}, {3, 1e30F}});
+    content.add("b", {{1, 1e35F}, {2, 1e35F}, {3, 1e30F}});
+    content.add("c", {{1, 1e35F}, {2, 1e35F}, {3, 1e30F}});
+    content.add("d", {{1, 0.0F}, {3, 0.5F}});
+    expectEqualAnswers(content, {"a", "a b", "a b c", "a b c d", "d c b a", "d"});
+}
+
+TEST(PredictionEquality, OfTheRowsOfZerosMetByAnInfiniteFactor)
+{
+    // Comic 0 isn't listed, but the rows of zeros are comic 0: they become no number, and stay.
+    ModelContent content;
+    content.list({5, 6});
+    content.add("a", {{0, std::numeric_limits<float>::infinity()}, {5, 0.5F}});
+    expectEqualAnswers(content, {"a"});
+    const auto classifier = LearnedSearchClassifier::learnedSearchClassifierWithBuffer(bufferOf(content));
+    EXPECT_EQ(classifier->predict("a", 10).size(), 3U);
 }
 
 TEST(PredictionEquality, OfModelsWithNothingInThem)
