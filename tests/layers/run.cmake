@@ -1,5 +1,5 @@
-# Whether the build refuses an include from a layer above: compiles a file as the layer `platform/foundation` would be.
-# Takes COMPILER, FLAGS, INCLUDES (a list) and WORK_DIR.
+# Whether the build refuses an include from a layer above, or of another's: compiles a file as the layer would be.
+# Takes COMPILER, INCLUDES (a list), WORK_DIR, ALLOWED (a header) and REFUSED (headers).
 file(MAKE_DIRECTORY "${WORK_DIR}")
 list(TRANSFORM INCLUDES PREPEND "-I")
 
@@ -11,13 +11,13 @@ function(compile text result_variable)
     set(errors "${errors}" PARENT_SCOPE)
 endfunction()
 
-compile("#include \"platform/foundation/WeakSet.h\"" allowed)
+compile("#include \"${ALLOWED}\"" allowed)
 if(NOT allowed EQUAL 0)
-    message(FATAL_ERROR "The layer doesn't see its own header:\n${errors}")
+    message(FATAL_ERROR "The layer doesn't see ${ALLOWED}:\n${errors}")
 endif()
-foreach(header search/KovalinPack.h platform/dispatch/SerialQueue.h)
+foreach(header IN LISTS REFUSED)
     compile("#include \"${header}\"" refused)
     if(refused EQUAL 0 OR NOT errors MATCHES "No such file|file not found")
-        message(FATAL_ERROR "An include of ${header} from platform/foundation was not refused.\n${errors}")
+        message(FATAL_ERROR "An include of ${header} was not refused.\n${errors}")
     endif()
 endforeach()

@@ -1,5 +1,5 @@
-# Installs the library into a folder of its own, builds the consumer against what was installed, and runs it.
-# Takes BUILD_DIR, SOURCE_DIR, WORK_DIR, CONFIG and GENERATOR.
+# Installs both libraries into a folder of their own, builds the consumers against what was installed, and runs them.
+# Takes BUILD_DIR, SOURCE_DIR, WORK_DIR, CONFIG, GENERATOR and CXX_FLAGS.
 file(REMOVE_RECURSE "${WORK_DIR}")
 file(MAKE_DIRECTORY "${WORK_DIR}")
 
@@ -12,23 +12,41 @@ function(run)
     set(output "${output}" PARENT_SCOPE)
 endfunction()
 
+# build_consumer(<folder> <project's folder> <definition>…)
+function(build_consumer folder project)
+    run("${CMAKE_COMMAND}" -G "${GENERATOR}" -S "${SOURCE_DIR}/tests/package/${project}" -B "${WORK_DIR}/${folder}"
+        "-DCMAKE_PREFIX_PATH=${WORK_DIR}/installed" "-DCMAKE_BUILD_TYPE=${CONFIG}" "-DCMAKE_CXX_FLAGS=${CXX_FLAGS}"
+        ${ARGN})
+    run("${CMAKE_COMMAND}" --build "${WORK_DIR}/${folder}" --config "${CONFIG}")
+endfunction()
+
+# The README shows the very text that was built.
+function(check_readme_shows source_name)
+    file(READ "${SOURCE_DIR}/tests/docs/${source_name}" source)
+    string(REGEX MATCH "// \\[example\\]\n(.*)// \\[example\\]" ignored "${source}")
+    set(example "${CMAKE_MATCH_1}")
+    file(READ "${SOURCE_DIR}/README.md" readme)
+    string(FIND "${readme}" "${example}" place)
+    if(place EQUAL -1)
+        message(FATAL_ERROR "README.md doesn't show the example of tests/docs/${source_name} as it stands.")
+    endif()
+endfunction()
+
 run("${CMAKE_COMMAND}" --install "${BUILD_DIR}" --prefix "${WORK_DIR}/installed" --config "${CONFIG}")
-run("${CMAKE_COMMAND}" -G "${GENERATOR}" -S "${SOURCE_DIR}/tests/package" -B "${WORK_DIR}/build"
-    "-DCMAKE_PREFIX_PATH=${WORK_DIR}/installed" "-DCMAKE_BUILD_TYPE=${CONFIG}" "-DCMAKE_CXX_FLAGS=${CXX_FLAGS}"
-    "-DFIRST_SEARCH_SOURCE=${SOURCE_DIR}/tests/docs/FirstSearch.cpp")
-run("${CMAKE_COMMAND}" --build "${WORK_DIR}/build" --config "${CONFIG}")
+
+build_consumer(search . "-DFIRST_SEARCH_SOURCE=${SOURCE_DIR}/tests/docs/FirstSearch.cpp")
 file(COPY "${SOURCE_DIR}/examples/data/packs-emoji.json" DESTINATION "${WORK_DIR}")
-run("${WORK_DIR}/build/first_search")
+run("${WORK_DIR}/search/first_search")
 if(NOT output MATCHES "^[0-9]+ stickers, best tag [a-z]+")
     message(FATAL_ERROR "The consumer printed: ${output}")
 endif()
+check_readme_shows(FirstSearch.cpp)
 
-# The README shows the very text that was built.
-file(READ "${SOURCE_DIR}/tests/docs/FirstSearch.cpp" source)
-string(REGEX MATCH "// \\[example\\]\n(.*)// \\[example\\]" ignored "${source}")
-set(example "${CMAKE_MATCH_1}")
-file(READ "${SOURCE_DIR}/README.md" readme)
-string(FIND "${readme}" "${example}" place)
-if(place EQUAL -1)
-    message(FATAL_ERROR "README.md doesn't show the example of tests/docs/FirstSearch.cpp as it stands.")
+# Qt can't be found here: the native core must not need it.
+build_consumer(prediction native "-DFIRST_PREDICTION_SOURCE=${SOURCE_DIR}/tests/docs/FirstPrediction.cpp"
+    -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON)
+run("${WORK_DIR}/prediction/first_prediction" "${SOURCE_DIR}/examples/data/model-emoji.bin")
+if(NOT output MATCHES "^[1-9][0-9]* comics, best suggestion birthday c[a-z]+")
+    message(FATAL_ERROR "The consumer of the native core printed: ${output}")
 endif()
+check_readme_shows(FirstPrediction.cpp)

@@ -1,0 +1,28 @@
+# The native core links nothing of Qt, and shows its users nothing but what its headers declare.
+# Takes LIBRARY, READELF and NM.
+execute_process(COMMAND "${READELF}" --dynamic --wide "${LIBRARY}" OUTPUT_VARIABLE needed RESULT_VARIABLE result)
+if(NOT result EQUAL 0 OR NOT needed MATCHES "NEEDED")
+    message(FATAL_ERROR "${READELF} can't read ${LIBRARY}.")
+endif()
+string(REGEX MATCHALL "\\(NEEDED\\)[^\n]*" needed "${needed}")
+foreach(line IN LISTS needed)
+    if(NOT line MATCHES "\\[(libfmt|libstdc\\+\\+|libc\\+\\+|libm|libgcc_s|libc|libpthread|ld-linux[^.]*)\\.")
+        message(FATAL_ERROR "The native core is linked with something it must not need: ${line}")
+    endif()
+endforeach()
+
+execute_process(COMMAND "${NM}" --dynamic --undefined-only --demangle "${LIBRARY}" OUTPUT_VARIABLE undefined)
+if(undefined MATCHES "(^|[ \n])(Q[A-Z]|qt_|_ZN?K?[0-9]*Q)[A-Za-z]*")
+    message(FATAL_ERROR "The native core uses a symbol of Qt: ${CMAKE_MATCH_0}")
+endif()
+
+execute_process(COMMAND "${NM}" --dynamic --defined-only --demangle "${LIBRARY}" OUTPUT_VARIABLE defined)
+if(NOT defined MATCHES "vole::learned_search::LearnedSearchClassifier::learnedSearchClassifierWithBuffer")
+    message(FATAL_ERROR "The classifier's factory isn't exported.")
+endif()
+string(REGEX MATCHALL "[^\n]+" lines "${defined}")
+foreach(line IN LISTS lines)
+    if(line MATCHES "flatbuffers|Impl::|fmt::|Index::|PlainPrediction")
+        message(FATAL_ERROR "The native core shows what is its own business: ${line}")
+    endif()
+endforeach()
