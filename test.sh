@@ -21,13 +21,14 @@ run_tests() {
 }
 
 if [[ ${CI:-} == true ]]; then
-    install_packages clang-format libbenchmark-dev libsqlite3-dev libxapian-dev
+    install_packages clang-format "${bench_packages[@]}"
     scripts/check-sources.sh
     build release -DKOVALIN_BUILD_TESTS=ON -DKOVALIN_BUILD_BENCHMARKS=ON -DKOVALIN_WARNINGS_AS_ERRORS=ON
     # Every public header compiles alone, without the precompiled ones.
     cmake --build --preset release --target all_verify_interface_header_sets >/dev/null
     # The benchmarks must build, run and agree with the plain method; what they print of speed is not judged here.
     build/bin/prefix_search_bench --quick
+    build/bin/learned_search_bench --quick
     run_tests release
     for preset in asan tsan; do
         build "$preset"
@@ -39,7 +40,8 @@ else
 fi
 
 if $long; then
-    install_packages libbenchmark-dev libsqlite3-dev libxapian-dev
+    install_packages "${bench_packages[@]}"
     build bench
     build/bench/bin/prefix_search_bench
+    build/bench/bin/learned_search_bench
 fi

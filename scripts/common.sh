@@ -9,6 +9,9 @@ build_packages=(
 test_packages=(
     git libgmock-dev libgtest-dev python3-cbor2
 )
+bench_packages=(
+    libbenchmark-dev libfasttext-dev libsqlite3-dev libxapian-dev
+)
 
 # install_packages PACKAGE…: installs those that are missing, quietly. Does nothing where there is no apt-get.
 install_packages() {
