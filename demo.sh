@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds the library and its programs and answers a few searches over the example packs. --build stops after the build.
+# Builds the libraries and their programs, and answers a few searches over the example packs and the example model. --build
+# stops after the build.
 set -euo pipefail
 cd "$(dirname "$0")"
 source scripts/common.sh
@@ -20,6 +21,7 @@ fi
 
 kovalin=build/bin/kovalin
 packs=examples/data/packs-emoji.json
+model=examples/data/model-emoji.bin
 
 # show COMMAND…: prints a command as one would type it.
 show() {
@@ -48,3 +50,9 @@ run "$kovalin" search --packs "$packs" --types 0,1 --json "pizza" "Birthday-CAKE
 pushes='[["h",1],["he",1],["hey",1],["love",2],["hey!",1]]'
 printf "\n$ echo '%s' | %s sequence\n" "$pushes" "$kovalin"
 echo "$pushes" | "$kovalin" sequence
+
+# What the search model makes of texts, and what it is made of.
+run "$kovalin" predict --model "$model" --limit 4 "happy" "red heart"
+run "$kovalin" suggest --model "$model" --limit 4 "hap"
+run "$kovalin" words --model "$model" --json "A red HEART, please!"
+run "$kovalin" model info --top 3 "$model"

@@ -1,5 +1,10 @@
 #include "kovalin/CommandLine.h"
 
+#include <charconv>
+#include <cstdint>
+#include <limits>
+#include <system_error>
+
 namespace kovalin::cli {
 
 namespace {
@@ -28,6 +33,18 @@ std::vector<std::string> argumentsForParser(int argc, const char* const* argv)
 std::string argumentAsGiven(const std::string& parsed)
 {
     return parsed.ends_with(mark) ? parsed.substr(0, parsed.size() - 1) : parsed;
+}
+
+std::string countFault(const std::string& parsed)
+{
+    std::int32_t count = -1;
+    const char* const end = parsed.data() + parsed.size();
+    const auto [last, error] = std::from_chars(parsed.data(), end, count);
+    if (error == std::errc() && last == end && count >= 0) {
+        return {};
+    }
+    return "must be a whole number from 0 to " + std::to_string(std::numeric_limits<std::int32_t>::max()) + ", not " +
+           argumentAsGiven(parsed);
 }
 
 } // namespace kovalin::cli

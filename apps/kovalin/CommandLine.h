@@ -14,4 +14,7 @@ namespace kovalin::cli {
 /// An argument as it was given, from what the parser made of it.
 [[nodiscard]] std::string argumentAsGiven(const std::string& parsed);
 
+/// What is wrong with an option's value that has to be a number of things; empty when it is one.
+[[nodiscard]] std::string countFault(const std::string& parsed);
+
 } // namespace kovalin::cli

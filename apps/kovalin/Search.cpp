@@ -2,8 +2,8 @@
 
 #include "kovalin/CommandLine.h"
 #include "kovalin/PacksFile.h"
+#include "kovalin/Queries.h"
 #include "kovalin/SearchOutput.h"
-#include "kovalin/StandardStreams.h"
 #include "search/QXSDKKovalinPrefixSearchEngine.h"
 #include "search/QXSDKKovalinSearchResultType.h"
 
@@ -14,7 +14,6 @@
 #include <memory>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace kovalin::cli {
 
@@ -28,7 +27,6 @@ struct SearchOptions {
     bool explain = false;
     bool json = false;
     int limit = 10;
-    std::vector<std::string> queries;
 };
 
 /// The engine, used as a host uses it: what it does in the background is waited for with the event loop running.
@@ -90,26 +88,17 @@ private:
     QXSDKKovalinPrefixSearchEngine _engine;
 };
 
-void runSearch(const SearchOptions& options)
+void runSearch(const SearchOptions& options, const Queries& queries)
 {
     Searcher searcher(readPacksFile(argumentAsGiven(options.packs)), options);
-    const auto answer = [&searcher, &options](const std::string& query) {
+    queries.forEach([&searcher, &options](const std::string& query) {
         const SearchAnswer found = searcher.answer(QString::fromStdString(query));
         if (options.json) {
             writeAnswerAsJson(found, options.explain);
         } else {
             writeAnswerAsTable(found, options.explain, options.limit);
         }
-    };
-    if (!options.queries.empty()) {
-        for (const std::string& query : options.queries) {
-            answer(query);
-        }
-        return;
-    }
-    while (const auto query = readInputLine()) {
-        answer(*query);
-    }
+    });
 }
 
 /// Empty when there is none.
@@ -123,8 +112,6 @@ std::string typesFault(const std::string& types)
 void addSearchCommand(CLI::App& program)
 {
     CLI::App* command = program.add_subcommand("search", "Find stickers and tags by text");
-    command->footer("Without a QUERY argument queries are read from standard input, one a line.\n"
-                    "A QUERY that begins with \"-\" goes behind \"--\".");
     const auto options = std::make_shared<SearchOptions>();
     command->add_option("--packs", options->packs, "The packs document to search, a JSON file")
         ->type_name("FILE")
@@ -140,16 +127,10 @@ void addSearchCommand(CLI::App& program)
     command->add_flag("--explain", options->explain, "Add each tag's rank and score, the lower the better");
     command->add_flag("--json", options->json, "Print one JSON object a line, complete");
     command->add_option("--limit", options->limit, "The most tags and stickers to print without --json, 0 for all")
-        ->check(CLI::NonNegativeNumber)
+        ->check(countFault)
         ->capture_default_str();
-    const auto* queries = command->add_option("QUERY", options->queries, "What to search for")->type_name("");
-    command->callback([options, queries] {
-        options->queries.clear();
-        for (const std::string& query : queries->results()) {
-            options->queries.push_back(argumentAsGiven(query));
-        }
-        runSearch(*options);
-    });
+    const Queries queries(*command, "What to search for");
+    command->callback([options, queries] { runSearch(*options, queries); });
 }
 
 } // namespace kovalin::cli

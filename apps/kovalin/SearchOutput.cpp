@@ -1,5 +1,6 @@
 #include "kovalin/SearchOutput.h"
 
+#include "kovalin/AnswerText.h"
 #include "kovalin/StandardStreams.h"
 #include "kovalin/TextTable.h"
 
@@ -9,7 +10,6 @@
 #include <QtCore/QJsonObject>
 #include <QtCore/QJsonValue>
 
-#include <algorithm>
 #include <optional>
 
 namespace kovalin::cli {
@@ -64,16 +64,6 @@ QString rankInWords(QXSDKKovalinTagRank rank)
         break;
     }
     return QStringLiteral("none");
-}
-
-QString counted(qsizetype count, const QString& noun)
-{
-    return QString::number(count) + u' ' + noun + (count == 1 ? QString() : QStringLiteral("s"));
-}
-
-QString moreLine(qsizetype count)
-{
-    return count > 0 ? QStringLiteral("  … and ") + QString::number(count) + QStringLiteral(" more\n") : QString();
 }
 
 QString tagTable(const SearchAnswer& answer, bool explain, qsizetype shown)
@@ -136,19 +126,15 @@ void writeAnswerAsJson(const SearchAnswer& answer, bool explain)
 
 void writeAnswerAsTable(const SearchAnswer& answer, bool explain, qsizetype limit)
 {
-    const auto shownOf = [limit](qsizetype count) {
-        return limit == 0 ? count : std::min(limit, count);
-    };
-    QString text = u'"' + TextTable::printable(answer.query) + QStringLiteral("\": ") +
-                   counted(answer.tags.size(), QStringLiteral("tag")) + QStringLiteral(", ") +
-                   counted(answer.stickers.size(), QStringLiteral("sticker")) + u'\n';
+    QString text = answerHeading(answer.query, {counted(answer.tags.size(), QStringLiteral("tag")),
+                                                counted(answer.stickers.size(), QStringLiteral("sticker"))});
     if (!answer.tags.isEmpty()) {
-        const qsizetype shown = shownOf(answer.tags.size());
+        const qsizetype shown = shownOf(answer.tags.size(), limit);
         text +=
             u'\n' + tagTable(answer, explain && !answer.scores.isEmpty(), shown) + moreLine(answer.tags.size() - shown);
     }
     if (!answer.stickers.isEmpty()) {
-        const qsizetype shown = shownOf(answer.stickers.size());
+        const qsizetype shown = shownOf(answer.stickers.size(), limit);
         text += u'\n' + stickerTable(answer, shown) + moreLine(answer.stickers.size() - shown);
     }
     text += u'\n';

@@ -1,9 +1,13 @@
 #include "QXSDKKovalinKit/Version.h"
 #include "kovalin/BadInput.h"
 #include "kovalin/CommandLine.h"
+#include "kovalin/Model.h"
+#include "kovalin/Predict.h"
 #include "kovalin/Search.h"
 #include "kovalin/Sequence.h"
 #include "kovalin/StandardStreams.h"
+#include "kovalin/Suggest.h"
+#include "kovalin/Words.h"
 
 #include <QtCore/QCoreApplication>
 
@@ -22,6 +26,16 @@ namespace {
 
 enum ExitCode { Ok = 0, BadInputGiven = 1, BadUsage = 2 };
 
+/// The subcommand that was given last, or the program itself.
+const CLI::App& commandReached(const CLI::App& program)
+{
+    const CLI::App* command = &program;
+    while (!command->get_subcommands().empty()) {
+        command = command->get_subcommands().back();
+    }
+    return *command;
+}
+
 ExitCode answerParser(const CLI::App& program, const CLI::ParseError& error)
 {
     if (error.get_exit_code() == 0) {
@@ -32,8 +46,9 @@ ExitCode answerParser(const CLI::App& program, const CLI::ParseError& error)
         return Ok;
     }
     // The parser would only say that a subcommand is missing.
-    const bool isUnknown = program.get_subcommands().empty() && program.remaining_size() > 0;
-    writeError(isUnknown ? "no such subcommand or option: " + argumentAsGiven(program.remaining().front())
+    const CLI::App& command = commandReached(program);
+    const bool isUnknown = command.get_require_subcommand_min() > 0 && command.remaining_size() > 0;
+    writeError(isUnknown ? "no such subcommand or option: " + argumentAsGiven(command.remaining().front())
                          : std::string(error.what()));
     const std::string usage = program.help();
     std::fwrite(usage.data(), 1, usage.size(), stderr);
@@ -48,6 +63,10 @@ ExitCode run(int argc, const char* const* argv)
     program.require_subcommand(1);
     addSearchCommand(program);
     addSequenceCommand(program);
+    addPredictCommand(program);
+    addSuggestCommand(program);
+    addWordsCommand(program);
+    addModelCommand(program);
     try {
         program.parse(argumentsForParser(argc, argv));
     } catch (const CLI::ParseError& error) {

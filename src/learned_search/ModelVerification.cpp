@@ -14,7 +14,7 @@ flatbuffers::Verifier::Options verificationLimits()
 {
     flatbuffers::Verifier::Options options;
     options.max_depth = 64;
-    options.max_tables = 1'000'000;
+    options.max_tables = kMostTables;
     // A file is mapped at a page, but what writes it need not align its fields.
     options.check_alignment = false;
     return options;

@@ -81,6 +81,11 @@ QString examplePacks()
     return QStringLiteral(KOVALIN_EXAMPLE_PACKS);
 }
 
+QString exampleModel()
+{
+    return QStringLiteral(KOVALIN_EXAMPLE_MODEL);
+}
+
 QString Files::write(const QString& name, const QByteArray& content)
 {
     QFile file(path(name));

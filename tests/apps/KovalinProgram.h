@@ -45,6 +45,9 @@ private:
 /// The packs document of the examples.
 [[nodiscard]] QString examplePacks();
 
+/// The search model of the examples.
+[[nodiscard]] QString exampleModel();
+
 /// A folder with files of a test's own, which go with it.
 class Files final {
 public:

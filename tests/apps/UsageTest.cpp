@@ -27,7 +27,8 @@ TEST(KovalinUsage, HelpNamesTheSubcommands)
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.errors, "");
     EXPECT_THAT(result.output.toStdString(),
-                AllOf(HasSubstr("Usage: kovalin"), HasSubstr("search"), HasSubstr("sequence")));
+                AllOf(HasSubstr("Usage: kovalin"), HasSubstr("search"), HasSubstr("sequence"), HasSubstr("predict"),
+                      HasSubstr("suggest"), HasSubstr("words"), HasSubstr("model")));
 }
 
 TEST(KovalinUsage, HelpOfASubcommandNamesItsOptions)
@@ -88,6 +89,45 @@ TEST(KovalinUsage, ArgumentsAreCheckedBeforeFiles)
     expectUsageError({QStringLiteral("search"), QStringLiteral("--packs"), QStringLiteral("/no/such/file"),
                       QStringLiteral("--types"), QStringLiteral("7")},
                      "--types");
+}
+
+TEST(KovalinUsage, QueriesOfAModelWantAModelFile)
+{
+    for (const char16_t* command : {u"predict", u"suggest", u"words"}) {
+        expectUsageError({QString::fromUtf16(command), QStringLiteral("smile")}, "--model");
+        expectUsageError({QString::fromUtf16(command), QStringLiteral("--model")}, "--model");
+    }
+    expectUsageError({QStringLiteral("model"), QStringLiteral("verify")}, "FILE");
+    expectUsageError({QStringLiteral("model"), QStringLiteral("info")}, "FILE");
+    expectUsageError({QStringLiteral("model"), QStringLiteral("info"), exampleModel(), QStringLiteral("more")}, "more");
+}
+
+TEST(KovalinUsage, CountsAreWholeNumbersFromZeroOn)
+{
+    for (const char16_t* count :
+         {u"-1", u"many", u"", u"1.5", u"1e3", u"2147483648", u"99999999999999999999", u"[1]"}) {
+        const QString value = QString::fromUtf16(count);
+        const auto message = "must be a whole number from 0 to 2147483647, not " + value.toStdString();
+        expectUsageError({QStringLiteral("predict"), QStringLiteral("--model"), exampleModel(), QStringLiteral("--top"),
+                          value, QStringLiteral("smile")},
+                         "--top: " + message);
+        expectUsageError({QStringLiteral("suggest"), QStringLiteral("--model"), exampleModel(),
+                          QStringLiteral("--limit"), value, QStringLiteral("smile")},
+                         "--limit: " + message);
+        expectUsageError(
+            {QStringLiteral("model"), QStringLiteral("info"), exampleModel(), QStringLiteral("--top"), value},
+            "--top: " + message);
+    }
+}
+
+TEST(KovalinUsage, ModelWantsASubcommandItKnows)
+{
+    expectUsageError({QStringLiteral("model")}, "subcommand is required");
+    expectUsageError({QStringLiteral("model")}, "Usage: kovalin model");
+    expectUsageError({QStringLiteral("model"), QStringLiteral("verfy"), exampleModel()},
+                     "no such subcommand or option: verfy");
+    expectUsageError({QStringLiteral("model"), QStringLiteral("search")}, "no such subcommand or option: search");
+    expectUsageError({QStringLiteral("model"), QStringLiteral("--jason")}, "no such subcommand or option: --jason");
 }
 
 } // namespace
