@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds the library and runs its tests. With CI=true warnings are errors, and the tests run again under the address,
-# undefined behaviour and thread sanitizers. --long adds what takes longer than that may.
+# Builds the library and runs its tests. With CI=true warnings are errors, the tests run again under the address, undefined
+# behaviour and thread sanitizers, and the model reader is fuzzed for a minute. --long adds what takes longer than that may.
 set -euo pipefail
 cd "$(dirname "$0")"
 source scripts/common.sh
@@ -20,8 +20,25 @@ run_tests() {
     ctest --preset "$1" --parallel 2 --output-on-failure
 }
 
+# fuzz_model SECONDS: from a copy of the corpus, so that what the fuzzer adds stays in the build folder.
+fuzz_model() {
+    local work=build/fuzz/fuzz_model_run
+    rm -rf "$work"
+    mkdir -p "$work/corpus" "$work/findings"
+    cp tests/fuzz/corpus/* "$work/corpus"
+    echo "Fuzzing the model reader for $1 s"
+    if ! build/fuzz/bin/fuzz_model -max_total_time="$1" -seed=1 -timeout=10 -rss_limit_mb=2048 -max_len=4096 \
+        -dict=tests/fuzz/model.dict -print_final_stats=1 -artifact_prefix="$work/findings/" "$work/corpus" \
+        >"$work/log" 2>&1; then
+        tail -n 100 "$work/log" >&2
+        echo "The fuzzer found something. To repeat it: build/fuzz/bin/fuzz_model $(echo "$work"/findings/*)" >&2
+        return 1
+    fi
+    grep -F 'stat::number_of_executed_units' "$work/log"
+}
+
 if [[ ${CI:-} == true ]]; then
-    install_packages clang-format "${bench_packages[@]}"
+    install_packages clang clang-format libclang-rt-dev "${bench_packages[@]}"
     scripts/check-sources.sh
     build release -DKOVALIN_BUILD_TESTS=ON -DKOVALIN_BUILD_BENCHMARKS=ON -DKOVALIN_WARNINGS_AS_ERRORS=ON
     # Every public header compiles alone, without the precompiled ones.
@@ -34,6 +51,8 @@ if [[ ${CI:-} == true ]]; then
         build "$preset"
         run_tests "$preset"
     done
+    build fuzz
+    fuzz_model 60
 else
     build release -DKOVALIN_BUILD_TESTS=ON -DKOVALIN_BUILD_BENCHMARKS=OFF
     run_tests release

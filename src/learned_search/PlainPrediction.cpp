@@ -3,6 +3,7 @@
 #include "learned_search/search_model_generated.h"
 
 #include <algorithm>
+#include <cstring>
 #include <unordered_map>
 
 namespace vole::learned_search {
@@ -24,8 +25,9 @@ std::vector<ScoredComic> predictPlainly(const SearchModel& model, const std::vec
         std::unordered_map<std::int32_t, float> probOfComic;
         const std::int64_t end = std::int64_t{slice.start} + slice.count;
         for (std::int64_t row = slice.start; row < end; ++row) {
-            const auto* entry = probs.Get(static_cast<flatbuffers::uoffset_t>(row));
-            probOfComic[entry->comicId()] = entry->prob();
+            probEntry entry; // a copy, since a model need not be aligned
+            std::memcpy(&entry, probs.Get(static_cast<flatbuffers::uoffset_t>(row)), sizeof entry);
+            probOfComic[entry.comicId()] = entry.prob();
         }
         const float factorOfMissing = factorOf(slice.weight, kPredEpsilon);
         for (ScoredComic& scored : scores) {

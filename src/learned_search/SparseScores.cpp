@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstring>
 
 namespace vole::learned_search {
 
@@ -59,8 +60,10 @@ bool SparseScores::multiply(const SearchModel& model, const ComicIndex& comics, 
     const std::uint8_t* row = probs.Data() + static_cast<std::size_t>(slice.start) * sizeof(probEntry);
     const std::uint8_t* const end = row + static_cast<std::size_t>(slice.count) * sizeof(probEntry);
     for (; row != end; row += sizeof(probEntry)) {
-        const auto comic = flatbuffers::ReadScalar<std::int32_t>(row);
-        const float factor = factorOf(slice.weight, flatbuffers::ReadScalar<float>(row + sizeof comic));
+        probEntry entry; // a copy, since a model need not be aligned
+        std::memcpy(&entry, row, sizeof entry);
+        const std::int32_t comic = entry.comicId();
+        const float factor = factorOf(slice.weight, entry.prob());
         if (!std::isfinite(factor)) {
             return false;
         }

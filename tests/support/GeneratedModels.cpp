@@ -56,7 +56,8 @@ std::size_t generateRowCount(Random& random, const ModelShape& shape)
 {
     // Many keys with few rows and a few with many, the mean being what was asked for.
     const double mean = static_cast<double>(shape.rowsPerKey);
-    return static_cast<std::size_t>(mean * 0.5 / std::sqrt(1.0 - random.share() * 0.9999) + random.share());
+    const double count = mean * 0.5 / std::sqrt(1.0 - random.share() * 0.9999);
+    return static_cast<std::size_t>(count + random.share());
 }
 
 std::vector<ModelContent::Row> generateRows(Random& random, const ModelShape& shape, const ModelContent& model)
@@ -111,8 +112,11 @@ ModelContent generateModel(Random& random, const ModelShape& shape)
         keys.insert(generateKey(random, words));
     }
     for (const std::string& key : keys) {
-        model.add(key, generateRows(random, shape, model), static_cast<float>(random.share()),
-                  random.chance(0.4) ? 0.0F : static_cast<float>(random.share() - 0.2));
+        // One after the other, since the order of arguments is each compiler's own.
+        const float endWordScore = random.chance(0.4) ? 0.0F : static_cast<float>(random.share() - 0.2);
+        const auto wordPrior = static_cast<float>(random.share());
+        const auto rows = generateRows(random, shape, model);
+        model.add(key, rows, wordPrior, endWordScore);
         if (random.chance(shape.oddSlices)) {
             auto& made = model.keys->back();
             switch (random.below(3)) {

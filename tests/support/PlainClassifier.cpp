@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cctype>
 #include <cmath>
-#include <cstring>
 #include <locale>
 #include <sstream>
 #include <string_view>
@@ -137,7 +136,8 @@ std::vector<std::pair<std::string, float>> PlainClassifier::completions(const st
         if (entry->endWordScore() == 0.0F) {
             continue;
         }
-        const std::string_view word = entry->word()->c_str();
+        std::string_view word = entry->word()->string_view();
+        word = word.substr(0, word.find('\0')); // as strlen has it, which GCC takes for a read past the string's length
         if (word.substr(0, prefix.size()) == prefix) {
             list.emplace_back(word, entry->wordPrior());
         }
