@@ -1,5 +1,6 @@
 #include "kovalin/Model.h"
 
+#include "kovalin/ModelBuild.h"
 #include "kovalin/ModelInfo.h"
 #include "kovalin/ModelVerify.h"
 
@@ -7,10 +8,11 @@ namespace kovalin::cli {
 
 void addModelCommand(CLI::App& program)
 {
-    CLI::App* model = program.add_subcommand("model", "Check and describe search models");
+    CLI::App* model = program.add_subcommand("model", "Check, describe and build search models");
     model->require_subcommand(1);
     addModelVerifyCommand(*model);
     addModelInfoCommand(*model);
+    addModelBuildCommand(*model);
 }
 
 } // namespace kovalin::cli
