@@ -30,6 +30,16 @@ public:
         return _slots[slot].position;
     }
 
+    /// Has the memory brought near in which `positionOf` will look for the comic.
+    void prefetch(std::int32_t comic) const
+    {
+#if defined(__GNUC__)
+        __builtin_prefetch(&_slots[slotOf(comic)]);
+#else
+        static_cast<void>(comic);
+#endif
+    }
+
 private:
     struct Slot {
         std::int32_t comic;

@@ -10,7 +10,7 @@ namespace vole::learned_search {
 
 namespace {
 
-constexpr std::size_t mostBeginnings = (std::size_t{1} << 18) / sizeof(std::uint64_t);
+constexpr std::size_t mostBeginnings = (std::size_t{1} << 20) / sizeof(std::uint64_t);
 
 /// The first eight bytes as a number that compares as they do; what is missing is filled up.
 std::uint64_t beginningOf(std::string_view text, unsigned char filling)
@@ -50,7 +50,6 @@ DictionaryIndex::DictionaryIndex(const SearchModel& model)
     }
     _stride = stride;
     _beginnings = std::move(beginnings);
-    _table = KeyTable::of(_size, [this](std::size_t row) { return std::string_view(word(row)); });
 }
 
 const char* DictionaryIndex::word(std::size_t row) const
@@ -76,21 +75,13 @@ const entryInfoForWord* DictionaryIndex::find(std::string_view key) const
         return entries->LookupByKey(std::string(key).c_str());
     }
     key = key.substr(0, key.find('\0')); // keys end there
-    const auto row =
-        _table ? _table->find(key, [this, key](std::size_t each) { return compare(each, key) == 0; }) : search(key);
-    return row ? entries->Get(static_cast<flatbuffers::uoffset_t>(*row)) : nullptr;
-}
-
-/// The row of the key in a sorted dictionary.
-std::optional<std::size_t> DictionaryIndex::search(std::string_view key) const
-{
     const std::uint64_t beginning = beginningOf(key, 0);
     auto [first, last] = rowsBetween(beginning, beginning);
     while (first < last) {
         const std::size_t middle = first + (last - first) / 2;
         const int order = compare(middle, key);
         if (order == 0) {
-            return middle;
+            return entries->Get(static_cast<flatbuffers::uoffset_t>(middle));
         }
         if (order < 0) {
             first = middle + 1;
@@ -98,7 +89,7 @@ std::optional<std::size_t> DictionaryIndex::search(std::string_view key) const
             last = middle;
         }
     }
-    return std::nullopt;
+    return nullptr;
 }
 
 DictionaryIndex::Rows DictionaryIndex::rowsThatMayBeginWith(std::string_view prefix) const

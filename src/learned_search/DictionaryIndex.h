@@ -1,10 +1,7 @@
 #pragma once
 
-#include "learned_search/KeyTable.h"
-
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -16,9 +13,9 @@ struct entryInfoForWord;
 
 /// Finds keys of a model's dictionary. Refers to the model, which must outlive it. Immutable; any thread.
 ///
-/// In a sorted dictionary a key is found by its hash, where it has no more than some 170 000 keys. Runs of keys, and keys in
-/// larger dictionaries, are found through the first eight bytes of every so-manieth key, copied side by side to 256 KiB: a
-/// search in the file alone touches three far places for each key that it looks at.
+/// A sorted dictionary is searched through the first eight bytes of its keys, copied side by side from every key or, where that
+/// would take more than 1 MiB, from every so-manieth: a search in the file alone touches three far places for each key that it
+/// looks at.
 class DictionaryIndex final {
 public:
     explicit DictionaryIndex(const SearchModel& model);
@@ -42,7 +39,6 @@ public:
 private:
     [[nodiscard]] const char* word(std::size_t row) const;
     [[nodiscard]] int compare(std::size_t row, std::string_view key) const;
-    [[nodiscard]] std::optional<std::size_t> search(std::string_view key) const;
     [[nodiscard]] Rows rowsBetween(std::uint64_t lowest, std::uint64_t greatest) const;
 
     const SearchModel& _model;
@@ -50,7 +46,6 @@ private:
     // The beginning of the keys of every `_stride`th row; 0 where the dictionary isn't sorted.
     std::size_t _stride = 0;
     std::vector<std::uint64_t> _beginnings;
-    std::optional<KeyTable> _table;
 };
 
 } // namespace vole::learned_search

@@ -10,6 +10,20 @@
 
 namespace vole::learned_search {
 
+namespace {
+
+constexpr std::int32_t rowsAhead = 16;
+
+/// A copy, since a model need not be aligned.
+probEntry entryAt(const std::uint8_t* rows, std::int32_t row)
+{
+    probEntry entry;
+    std::memcpy(&entry, rows + static_cast<std::size_t>(row) * sizeof entry, sizeof entry);
+    return entry;
+}
+
+} // namespace
+
 SparseScores::SparseScores(std::size_t comicCount, std::span<const Slice> slices)
     : _comicCount(comicCount)
     , _bound(survivalBound(slices.size()))
@@ -57,18 +71,17 @@ bool SparseScores::multiply(const SearchModel& model, const ComicIndex& comics, 
     if (std::int64_t{slice.start} + slice.count > std::int64_t{probs.size()}) {
         return false;
     }
-    const std::uint8_t* row = probs.Data() + static_cast<std::size_t>(slice.start) * sizeof(probEntry);
-    const std::uint8_t* const end = row + static_cast<std::size_t>(slice.count) * sizeof(probEntry);
-    for (; row != end; row += sizeof(probEntry)) {
-        probEntry entry; // a copy, since a model need not be aligned
-        std::memcpy(&entry, row, sizeof entry);
-        const std::int32_t comic = entry.comicId();
+    const std::uint8_t* const rows = probs.Data() + static_cast<std::size_t>(slice.start) * sizeof(probEntry);
+    for (std::int32_t row = 0; row < slice.count; ++row) {
+        // Between two queries the index leaves the caches: the comics of the next rows are fetched together, not one by one.
+        comics.prefetch(entryAt(rows, std::min(row + rowsAhead, slice.count - 1)).comicId());
+        const probEntry entry = entryAt(rows, row);
         const float factor = factorOf(slice.weight, entry.prob());
         if (!std::isfinite(factor)) {
             return false;
         }
-        const std::uint32_t position = comics.positionOf(comic);
-        if (position != ComicIndex::kNone && !multiply(comic, position, factor, number)) {
+        const std::uint32_t position = comics.positionOf(entry.comicId());
+        if (position != ComicIndex::kNone && !multiply(entry.comicId(), position, factor, number)) {
             return false;
         }
     }
