@@ -106,7 +106,9 @@ void runBuild(const BuildOptions& options)
     PairsFile pairs(argumentAsGiven(options.pairs));
     PairCounts counts;
     count(pairs, counts);
-    const LearnedModel model(counts, options.minCount);
+    LearnedModel model(counts, options.minCount);
+    checkThatItCanBeWritten(model, pairs, options.minCount);
+    model.makeRows();
     checkThatItCanBeWritten(model, pairs, options.minCount);
     const auto file = fileOf(model);
     out.write({file.data(), file.size()});

@@ -81,12 +81,12 @@ TEST_F(KovalinModelBuild, OrdersKeysByteByByte)
 TEST_F(KovalinModelBuild, MakesFactorsOfSmoothedShares)
 {
     // Of 8 choices comic 7 has 5 and comic 9 has 3; of the 6 after "hi" comic 7 has 4 and comic 9 has 2. One choice more is
-    // imagined, spread like all, and everything is scaled by 10 000.
+    // imagined, spread like all, and everything is scaled by 1 000.
     const auto model = built("hi\t7\t4\nhi\t9\t2\nho\t9\t1\nho ho\t7\t1\n");
-    EXPECT_THAT(model.key("hi").rows, ElementsAre(Pair(7, FloatEq(1e4F * (4 + 5.0F / 8) / (6 + 1))),
-                                                  Pair(9, FloatEq(1e4F * (2 + 3.0F / 8) / (6 + 1)))));
-    EXPECT_THAT(model.key("ho").rows, ElementsAre(Pair(7, FloatEq(1e4F * (1 + 5.0F / 8) / (2 + 1))),
-                                                  Pair(9, FloatEq(1e4F * (1 + 3.0F / 8) / (2 + 1)))));
+    EXPECT_THAT(model.key("hi").rows, ElementsAre(Pair(7, FloatEq(1e3F * (4 + 5.0F / 8) / (6 + 1))),
+                                                  Pair(9, FloatEq(1e3F * (2 + 3.0F / 8) / (6 + 1)))));
+    EXPECT_THAT(model.key("ho").rows, ElementsAre(Pair(7, FloatEq(1e3F * (1 + 5.0F / 8) / (2 + 1))),
+                                                  Pair(9, FloatEq(1e3F * (1 + 3.0F / 8) / (2 + 1)))));
     EXPECT_THAT(model.comics, ElementsAre(Pair(7, FloatEq(5.0F / 8)), Pair(9, FloatEq(3.0F / 8))));
 }
 
@@ -150,8 +150,8 @@ TEST_F(KovalinModelBuild, LeavesRareKeysOut)
     const auto model = built("good morning\t7\t2\ngood night\t9\t1\nrare\t5\t2\n", {minCount, QStringLiteral("3")});
     EXPECT_THAT(model.words(), ElementsAre("good"));
     EXPECT_THAT(model.comics, ElementsAre(Pair(7, FloatEq(0.4F)), Pair(9, FloatEq(0.2F)))); // 5 has no row
-    EXPECT_THAT(model.key("good").rows, ElementsAre(Pair(7, FloatEq(1e4F * (2 + 0.4F) / (3 + 1))),
-                                                    Pair(9, FloatEq(1e4F * (1 + 0.2F) / (3 + 1)))));
+    EXPECT_THAT(model.key("good").rows, ElementsAre(Pair(7, FloatEq(1e3F * (2 + 0.4F) / (3 + 1))),
+                                                    Pair(9, FloatEq(1e3F * (1 + 0.2F) / (3 + 1)))));
     EXPECT_FLOAT_EQ(model.key("good").wordPrior, 0.6F);
     EXPECT_EQ(built("once\t7\t1\n").words().size(), 1U);
     expectRefused("good morning\t7\t2\n", "no key was counted 3 times", {minCount, QStringLiteral("3")});
@@ -282,7 +282,7 @@ TEST_F(KovalinModelBuild, NamesTheLineThatIsNoPair)
 TEST_F(KovalinModelBuild, TakesTheGreatestCounts)
 {
     const auto model = built("hi\t7\t9223372036854775806\nho\t9\t1\n!\t7\t9223372036854775807\n");
-    EXPECT_THAT(model.key("ho").rows, ElementsAre(Pair(9, FloatEq(5000))));
+    EXPECT_THAT(model.key("ho").rows, ElementsAre(Pair(9, FloatEq(500))));
     EXPECT_GT(model.key("ho").wordPrior, 0.0F);
     EXPECT_GT(model.comics[1].second, 0.0F);
 }

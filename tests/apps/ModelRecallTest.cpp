@@ -14,6 +14,8 @@
 #include <iostream>
 #include <iterator>
 #include <map>
+#include <memory>
+#include <ranges>
 #include <set>
 #include <string>
 #include <string_view>
@@ -90,17 +92,51 @@ struct TypedPair {
     int count;
 };
 
-/// What people type for a sticker: a tag, or two, in the order that comes to their mind. How often follows the sticker's
-/// popularity, which is as uneven as such things are, and chance.
-std::vector<TypedPair> pairsOf(const Sticker& sticker)
+using Texts = std::set<std::string>;
+
+/// Each pair of tags in the order that comes to somebody's mind.
+Texts twoTagsOf(const Sticker& sticker)
 {
-    std::set<std::string> texts(sticker.tags.begin(), sticker.tags.end());
+    Texts texts;
     for (std::size_t i = 0; i < sticker.tags.size(); ++i) {
         for (std::size_t j = i + 1; j < sticker.tags.size(); ++j) {
             const bool swapped = hashOf(sticker.tags[i] + '+' + sticker.tags[j], sticker.comic) % 2 == 1;
             texts.insert(sticker.tags[swapped ? j : i] + ' ' + sticker.tags[swapped ? i : j]);
         }
     }
+    return texts;
+}
+
+/// Some of the ways to type three tags.
+Texts threeTagsOf(const Sticker& sticker)
+{
+    Texts texts;
+    for (std::size_t way = 0; way < 3 * sticker.tags.size(); ++way) {
+        std::multimap<std::uint32_t, std::string> mixed;
+        for (const std::string& tag : sticker.tags) {
+            mixed.emplace(hashOf("way " + std::to_string(way) + ' ' + tag, sticker.comic), tag);
+        }
+        std::string text;
+        for (const auto& [place, tag] : std::views::take(mixed, 3)) {
+            text += (text.empty() ? "" : " ") + tag;
+        }
+        texts.insert(text);
+    }
+    return texts;
+}
+
+/// How people search.
+struct Habits {
+    Texts (*longTextsOf)(const Sticker&); // what they type besides single tags
+    std::string heldOut;                  // another text: another fifth is held out
+    std::uint32_t wrongPercent = 0;       // of the choices in training
+};
+
+/// How often people type what follows the sticker's popularity, which is as uneven as such things are, and chance.
+std::vector<TypedPair> pairsOf(const Sticker& sticker, const Habits& habits)
+{
+    Texts texts = habits.longTextsOf(sticker);
+    texts.insert(sticker.tags.begin(), sticker.tags.end());
     const auto popularity = 1 + 200 / (1 + hashOf("popularity", sticker.comic) % 100);
     std::vector<TypedPair> pairs;
     for (const std::string& text : texts) {
@@ -129,24 +165,36 @@ std::ostream& operator<<(std::ostream& stream, const Recall& recall)
 }
 
 struct SplitPairs {
-    QByteArray training;
-    std::vector<TypedPair> heldOut; // no text of these was typed for that comic in training
+    std::vector<TypedPair> training;
+    std::vector<TypedPair> heldOut; // no text of these was typed for that comic in training, but by mistake
 };
 
-SplitPairs split(const std::vector<Sticker>& stickers)
+SplitPairs split(const std::vector<Sticker>& stickers, const Habits& habits)
 {
     SplitPairs pairs;
     for (const Sticker& sticker : stickers) {
-        for (const TypedPair& pair : pairsOf(sticker)) {
-            if (hashOf("held out: " + pair.text, pair.comic) % 5 == 0) {
+        for (TypedPair& pair : pairsOf(sticker, habits)) {
+            if (hashOf(habits.heldOut + pair.text, pair.comic) % 5 == 0) {
                 pairs.heldOut.push_back(pair);
-            } else {
-                pairs.training += QByteArray::fromStdString(pair.text) + '\t' + QByteArray::number(pair.comic) + '\t' +
-                                  QByteArray::number(pair.count) + '\n';
+                continue;
             }
+            if (hashOf("wrong: " + pair.text, pair.comic) % 100 < habits.wrongPercent) {
+                pair.comic = stickers[hashOf("instead: " + pair.text, pair.comic) % stickers.size()].comic;
+            }
+            pairs.training.push_back(pair);
         }
     }
     return pairs;
+}
+
+QByteArray asLines(const std::vector<TypedPair>& pairs)
+{
+    QByteArray lines;
+    for (const TypedPair& pair : pairs) {
+        lines += QByteArray::fromStdString(pair.text) + '\t' + QByteArray::number(pair.comic) + '\t' +
+                 QByteArray::number(pair.count) + '\n';
+    }
+    return lines;
 }
 
 /// Whether the text has two or three words and at most so many stickers have all of them.
@@ -159,35 +207,120 @@ bool identifies(const std::string& text, const std::vector<Sticker>& stickers, s
     return words.size() >= 2 && words.size() <= 3 && std::ranges::count_if(stickers, fits) <= most;
 }
 
-// Every fifth of what people type for the stickers of the example is held out. The floors lie some hundredths below what was
-// measured, 0.75 and 0.85: they are for factors that have gone wrong, not for a tag more or less in the example.
-//
-// More isn't in reach. Of all queries a fifth fits more than ten stickers, up to hundreds ("nation", "country"). And of the
-// identifying ones that miss, nearly all are n-grams that were typed in training, for other stickers alone: a key that covers a
-// query answers for it alone.
-TEST(KovalinModelRecall, FindsAmongTheFirstTenWhatWasNeverChosenAfterThatTextBefore)
-{
-    constexpr int topN = 10;
-    const auto stickers = stickersOf(examplePacks());
-    const auto [training, heldOut] = split(stickers);
-    Files files;
-    const QString model = files.path(QStringLiteral("model.bin"));
-    ASSERT_EQ(buildModel(training, model).exitCode, 0);
-    const auto classifier = classifierOn(model);
+class KovalinModelRecall : public testing::Test {
+protected:
+    static constexpr int topN = 10;
 
-    Recall all;
-    Recall identifying;
-    for (const TypedPair& pair : heldOut) {
-        const auto comics = classifier->predict(pair.text, topN);
-        const bool isFound = std::ranges::find(comics, pair.comic) != comics.end();
-        all.add(isFound);
-        if (identifies(pair.text, stickers, topN)) {
-            identifying.add(isFound);
+    /// A classifier on the model that learned the pairs.
+    std::shared_ptr<LearnedSearchClassifier> learned(const std::vector<TypedPair>& pairs) const
+    {
+        const QString model = files.path(QStringLiteral("model.bin"));
+        EXPECT_EQ(buildModel(asLines(pairs), model).exitCode, 0);
+        return classifierOn(model);
+    }
+
+    bool identifies(const std::string& text) const { return ::identifies(text, stickers, topN); }
+
+    static bool isFound(const LearnedSearchClassifier& classifier, const std::string& text, Comic comic)
+    {
+        const auto comics = classifier.predict(text, topN);
+        return std::ranges::find(comics, comic) != comics.end();
+    }
+
+    /// The words of all stickers, the more often the more stickers have them.
+    std::vector<std::string> wordsOfAll() const
+    {
+        std::vector<std::string> words;
+        for (const Sticker& sticker : stickers) {
+            words.insert(words.end(), sticker.words.begin(), sticker.words.end());
+        }
+        return words;
+    }
+
+    void expectRecall(const Habits& habits, double ofAll, double ofIdentifying) const
+    {
+        const auto [training, heldOut] = split(stickers, habits);
+        const auto classifier = learned(training);
+        Recall all;
+        Recall identifying;
+        for (const TypedPair& pair : heldOut) {
+            const bool found = isFound(*classifier, pair.text, pair.comic);
+            all.add(found);
+            if (identifies(pair.text)) {
+                identifying.add(found);
+            }
+        }
+        std::cout << "recall at 10 of all: " << all << "; of those that identify: " << identifying << '\n';
+        EXPECT_GT(all.value(), ofAll);
+        EXPECT_GT(identifying.value(), ofIdentifying);
+    }
+
+    Files files;
+    const std::vector<Sticker> stickers = stickersOf(examplePacks());
+    const Habits twoTags{twoTagsOf, "held out: "};
+};
+
+// Every fifth of what people type for the stickers of the example is held out. The floors lie some hundredths below what was
+// measured, 0.86 and 0.99: they are for factors that have gone wrong, not for a tag more or less in the example.
+//
+// More isn't in reach: a fifth of all queries fits more than ten stickers, up to hundreds ("nation", "country").
+TEST_F(KovalinModelRecall, FindsAmongTheFirstTenWhatWasNeverChosenAfterThatTextBefore)
+{
+    expectRecall(twoTags, 0.82, 0.95);
+}
+
+// Longer texts, another fifth and mistakes, by none of which the way of learning was chosen. Measured: 0.91 and 0.99.
+TEST_F(KovalinModelRecall, HoldsForLongerTextsAndAmongWrongChoices)
+{
+    expectRecall({threeTagsOf, "also held out: ", 5}, 0.89, 0.97);
+}
+
+// Queries that one stray word is added to, then three. Measured: 0.96 both. A scale of words that is greater than that of runs
+// would break the first: comics that the stray word indicates would come first.
+TEST_F(KovalinModelRecall, FindsAmongStrayWordsWhatTheOthersIndicate)
+{
+    const auto training = split(stickers, twoTags).training;
+    const auto classifier = learned(training);
+    const std::vector<std::string> words = wordsOfAll();
+    Recall first;
+    Recall amongThree;
+    for (const TypedPair& pair : training) {
+        if (hashOf("asked: " + pair.text, pair.comic) % 8 != 0 || !identifies(pair.text)) {
+            continue;
+        }
+        const auto stray = [&](const std::string& name) {
+            return words[hashOf(name + pair.text, pair.comic) % words.size()];
+        };
+        const auto comics = classifier->predict(pair.text + ' ' + stray("1"), 3);
+        first.add(std::ranges::find(comics, pair.comic) != comics.end());
+        amongThree.add(
+            isFound(*classifier, stray("1") + ' ' + pair.text + ' ' + stray("2") + ' ' + stray("3"), pair.comic));
+    }
+    std::cout << "with a stray word, among the first three: " << first << "; with three: " << amongThree << '\n';
+    EXPECT_GT(first.value(), 0.92);
+    EXPECT_GT(amongThree.value(), 0.92);
+}
+
+// Queries of three words of a sticker among three of others. Measured: 0.95. With a scale of 1 it is 0.11: nearly all
+// scores sink to zero.
+TEST_F(KovalinModelRecall, FindsWhatHalfOfTheWordsIndicate)
+{
+    const auto classifier = learned(split(stickers, twoTags).training);
+    const std::vector<std::string> words = wordsOfAll();
+    Recall recall;
+    for (const Sticker& sticker : stickers) {
+        std::string own;
+        std::string mixed;
+        for (const std::string& word : std::views::take(sticker.words, 3)) {
+            own += word + ' ';
+            mixed += word + ' ' + words[hashOf("beside " + word, sticker.comic) % words.size()] + ' ';
+        }
+        if (sticker.words.size() >= 3 && identifies(own)) {
+            recall.add(isFound(*classifier, mixed, sticker.comic));
         }
     }
-    std::cout << "recall at 10 of all: " << all << "; of those that identify: " << identifying << '\n';
-    EXPECT_GT(all.value(), 0.70);
-    EXPECT_GT(identifying.value(), 0.80);
+    std::cout << "recall at 10 of half of the words: " << recall << '\n';
+    EXPECT_GT(recall.value(), 0.8);
 }
 
 } // namespace

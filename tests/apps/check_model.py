@@ -22,16 +22,18 @@ PAIRS = [
 # What a comic has of the 8 choices that count.
 COMICS = [(7, 4 / 8), (-5, 2 / 8), (9, 2 / 8)]
 
-# Key: its count, how often it ends a text, and its comics with their counts.
+# Key: its count, how often it ends a text, and its comics with their counts and their parts of a choice more that is imagined.
+# After a word that choice is spread like all, after a run as its words suggest: only one comic has both words of each run of two
+# different ones, and "night" suggests two comics equally.
 KEYS = {
-    "good": (5, 0, [(7, 3), (9, 2)]),
-    "good|morning": (3, 3, [(7, 3)]),
-    "good|night": (2, 2, [(9, 2)]),
-    "morning": (4, 3, [(7, 4)]),
-    "morning|sunshine": (1, 1, [(7, 1)]),
-    "night": (4, 4, [(-5, 2), (9, 2)]),
-    "night|night": (2, 2, [(-5, 2)]),
-    "sunshine": (1, 1, [(7, 1)]),
+    "good": (5, 0, [(7, 3, 0.5), (9, 2, 0.25)]),
+    "good|morning": (3, 3, [(7, 3, 1)]),
+    "good|night": (2, 2, [(9, 2, 1)]),
+    "morning": (4, 3, [(7, 4, 0.5)]),
+    "morning|sunshine": (1, 1, [(7, 1, 1)]),
+    "night": (4, 4, [(-5, 2, 0.25), (9, 2, 0.25)]),
+    "night|night": (2, 2, [(-5, 2, 0.5), (9, 0, 0.5)]),
+    "sunshine": (1, 1, [(7, 1, 0.5)]),
 }
 
 
@@ -85,10 +87,10 @@ def check_key(entry, rows):
     count, end_count, comics = KEYS[word]
     check_number(entry["wordPrior"], count / 8, f"{word}: wordPrior")
     check_number(entry["endWordScore"], end_count / count, f"{word}: endWordScore")
-    check([row["comicId"] for row in rows] == [comic for comic, _ in comics], f"{word}: comics {rows} found")
-    for row, (comic, comic_count) in zip(rows, comics):
+    check([row["comicId"] for row in rows] == [comic for comic, _, _ in comics], f"{word}: comics {rows} found")
+    for row, (comic, comic_count, imagined) in zip(rows, comics):
         check(row["prob"] > 0, f"{word}: factor of {comic} isn't positive")
-        factor = 10_000 * (comic_count + dict(COMICS)[comic]) / (count + 1)
+        factor = 1_000 * (comic_count + imagined) / (count + 1)
         check_number(row["prob"], factor, f"{word}: factor of {comic}")
 
 

@@ -11,6 +11,7 @@
 
 namespace kovalin::cli {
 
+class Backoff;
 class PairCounts;
 
 /// What a model tells, from counted pairs. Everything is in the order of the file, whatever the order of the pairs was.
@@ -26,6 +27,7 @@ public:
         std::int64_t endCount; // of that, how often a text ended with it
         std::size_t firstSum;
         std::size_t sumCount;
+        std::size_t rowCount; // 0 until rows are made
     };
     struct Row {
         std::uint32_t comic; // its place in comics()
@@ -36,6 +38,9 @@ public:
     /// the counts, which must outlive this object.
     LearnedModel(PairCounts& counts, std::int64_t minCount);
 
+    /// To be called once. Takes the most time and memory, so it is worth looking at the numbers of keys and comics before.
+    void makeRows();
+
     /// The most chosen first, equally chosen ones by id.
     [[nodiscard]] const std::vector<Comic>& comics() const { return _comics; }
 
@@ -45,21 +50,24 @@ public:
     /// How often any comic was chosen.
     [[nodiscard]] std::int64_t total() const { return _total; }
 
-    [[nodiscard]] std::size_t rowCount() const { return _rowCount; }
-
-    /// The comics of a key with their factors, the greatest first, equal ones in the order of comics().
-    void rowsOf(const Key& key, std::vector<Row>& rows) const;
+    /// The comics of the keys with their factors, one key's after another's. Those of a key have the greatest factor first,
+    /// equal ones are in the order of comics().
+    [[nodiscard]] const std::deque<Row>& rows() const { return _rows; }
 
 private:
     void keepKeys(const PairCounts& counts, std::int64_t minCount);
     void keepComics();
     [[nodiscard]] std::span<ComicCount> sumsOf(const Key& key);
+    [[nodiscard]] Backoff backoff();
+    void addRows(Key& key, std::vector<Row>& rows);
 
     std::int64_t _total;
-    std::vector<ComicCount> _sums; // those of a key that is kept: with the comic's place in _comics for its id
-    std::deque<Key> _keys; // there may be many more than a model can hold, and a deque grows without a copy of all
+    std::vector<ComicCount>
+        _sums; // until rows are made; those of a key that is kept: with the comic's place for its id
+    // There may be many more than a model can hold, and a deque grows without a copy of all.
+    std::deque<Key> _keys;
+    std::deque<Row> _rows;
     std::vector<Comic> _comics;
-    std::size_t _rowCount = 0;
 };
 
 } // namespace kovalin::cli

@@ -26,13 +26,9 @@ flatbuffers::Offset<flatbuffers::Vector<const probEntry*>> addRows(flatbuffers::
                                                                    const LearnedModel& model)
 {
     probEntry* written = nullptr;
-    const auto offset = builder.CreateUninitializedVectorOfStructs(model.rowCount(), &written);
-    std::vector<LearnedModel::Row> rows;
-    for (const LearnedModel::Key& key : model.keys()) {
-        model.rowsOf(key, rows);
-        for (const LearnedModel::Row& row : rows) {
-            *written++ = probEntry(model.comics()[row.comic].id, row.factor);
-        }
+    const auto offset = builder.CreateUninitializedVectorOfStructs(model.rows().size(), &written);
+    for (const LearnedModel::Row& row : model.rows()) {
+        *written++ = probEntry(model.comics()[row.comic].id, row.factor);
     }
     return offset;
 }
@@ -53,7 +49,7 @@ TableVector<entryInfoForWord> addKeys(flatbuffers::FlatBufferBuilder& builder, c
     tables.reserve(model.keys().size());
     std::int32_t start = 0;
     for (const LearnedModel::Key& key : model.keys()) {
-        const auto count = static_cast<std::int32_t>(key.sumCount);
+        const auto count = static_cast<std::int32_t>(key.rowCount);
         const auto word = builder.CreateString(key.text.data(), key.text.size());
         tables.push_back(CreateentryInfoForWord(builder, word, start, count, share(key.count, model.total()),
                                                 share(key.endCount, key.count)));
@@ -66,7 +62,7 @@ TableVector<entryInfoForWord> addKeys(flatbuffers::FlatBufferBuilder& builder, c
 
 ModelSize sizeOf(const LearnedModel& model)
 {
-    ModelSize size{model.keys().size(), model.comics().size(), model.rowCount(), 0};
+    ModelSize size{model.keys().size(), model.comics().size(), model.rows().size(), 0};
     for (const LearnedModel::Key& key : model.keys()) {
         size.keyBytes += key.text.size();
     }
