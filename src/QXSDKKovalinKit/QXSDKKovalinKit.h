@@ -2,6 +2,7 @@
 
 /// Everything that a host program may include.
 #include "QXSDKKovalinKit/Version.h"
+#include "kits/core/QXSDKOperationalMetricsQueue.h"
 #include "search/KovalinPack.h"
 #include "search/KovalinSticker.h"
 #include "search/QXSDKKovalinCategory.h"
