@@ -2,6 +2,10 @@
 
 /// Everything that a host program may include.
 #include "QXSDKKovalinKit/Version.h"
+#include "kits/core/QXSDKClientSetup.h"
+#include "kits/core/QXSDKDynamicConfig.h"
+#include "kits/core/QXSDKDynamicConfigManager.h"
+#include "kits/core/QXSDKError.h"
 #include "kits/core/QXSDKOperationalMetricsQueue.h"
 #include "search/KovalinPack.h"
 #include "search/KovalinSticker.h"
