@@ -1,8 +1,9 @@
 # The layers of src/, who may include whom, and which library a layer belongs to: one call a layer, lowest first.
 #
 # A layer is an object library. It sees its own folder and the folders of the layers in its USES (and of theirs), because
-# each folder is reached through an include directory of its own, build/include/<layer>/, which holds a single link to
-# it. An include of anything else is "No such file or directory".
+# each folder is reached through an include directory of its own, build/include/<layer>/, which holds links to what lies in
+# it. An include of anything else is "No such file or directory". A folder in a layer's folder with a CMakeLists.txt of its
+# own is another layer, and no part of the outer one.
 function(kovalin_add_native_layers)
     kovalin_add_layer(utils          LIBRARY kovalin_learned_search LIBRARIES fmt::fmt kovalin_hard_asserts)
     kovalin_add_layer(learned_search LIBRARY kovalin_learned_search USES utils LIBRARIES kovalin_search_model_schema)
@@ -17,6 +18,8 @@ function(kovalin_add_kit_layers)
 
     kovalin_add_layer(platform/dispatch   LIBRARY QXSDKKovalinKit LIBRARIES Qt6::Core)
     kovalin_add_layer(platform/foundation LIBRARY QXSDKKovalinKit LIBRARIES Qt6::Core Qt6::Gui)
+    kovalin_add_layer(learned_search/generated-src
+        LIBRARY QXSDKKovalinKit USES learned_search platform/foundation LIBRARIES Qt6::Core)
     kovalin_add_layer(kits/core           LIBRARY QXSDKKovalinKit USES platform/foundation)
     kovalin_add_layer(telemetry/base      LIBRARY QXSDKKovalinKit USES kits/core platform/dispatch platform/foundation)
     kovalin_add_layer(search              LIBRARY QXSDKKovalinKit USES platform/dispatch platform/foundation)
@@ -24,22 +27,21 @@ endfunction()
 
 # kovalin_add_layer(<folder below src> LIBRARY <library> [USES <layer>…] [LIBRARIES <outside target>…])
 #
-# Makes kovalin_<layer>_headers (what a user of the layer may include) and kovalin_<layer>_objects. The sources are
-# listed in the folder's own CMakeLists.txt, with target_sources(${KOVALIN_LAYER_TARGET} PRIVATE …).
+# Makes kovalin_<layer>_headers (what a user of the layer may include) and kovalin_<layer>_objects, where <layer> is the
+# folder as kovalin_layer_name() writes it. The sources are listed in the folder's own CMakeLists.txt, with
+# target_sources(${KOVALIN_LAYER_TARGET} PRIVATE …).
 function(kovalin_add_layer folder)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "LIBRARY" "USES;LIBRARIES")
-    string(REPLACE "/" "_" name "${folder}")
+    kovalin_layer_name(name "${folder}")
 
     set(include_dir "${CMAKE_BINARY_DIR}/include/${name}")
-    cmake_path(GET folder PARENT_PATH parent)
-    file(MAKE_DIRECTORY "${include_dir}/${parent}")
-    file(CREATE_LINK "${PROJECT_SOURCE_DIR}/src/${folder}" "${include_dir}/${folder}" SYMBOLIC)
+    kovalin_link_layer("${PROJECT_SOURCE_DIR}/src/${folder}" "${include_dir}" "${folder}")
 
     add_library(kovalin_${name}_headers INTERFACE)
     target_include_directories(kovalin_${name}_headers INTERFACE "${include_dir}")
     target_link_libraries(kovalin_${name}_headers INTERFACE ${arg_LIBRARY}_generated_headers ${arg_LIBRARIES})
     foreach(used IN LISTS arg_USES)
-        string(REPLACE "/" "_" used_name "${used}")
+        kovalin_layer_name(used_name "${used}")
         target_link_libraries(kovalin_${name}_headers INTERFACE kovalin_${used_name}_headers)
     endforeach()
 
@@ -54,6 +56,28 @@ function(kovalin_add_layer folder)
     set_property(GLOBAL APPEND PROPERTY ${arg_LIBRARY}_LAYERS ${KOVALIN_LAYER_TARGET})
 
     add_subdirectory("${PROJECT_SOURCE_DIR}/src/${folder}" "${CMAKE_BINARY_DIR}/layers/${name}")
+endfunction()
+
+# kovalin_layer_name(<variable> <folder>): what a folder is called in the names of targets and programs.
+function(kovalin_layer_name variable folder)
+    string(REGEX REPLACE "[/-]" "_" name "${folder}")
+    set(${variable} "${name}" PARENT_SCOPE)
+endfunction()
+
+# kovalin_link_layer(<layer's source folder> <include directory> <folder below src>): fills the include directory anew, with a
+# link to each header and each folder that belongs to the layer.
+function(kovalin_link_layer source_dir include_dir folder)
+    # Before anything is put there: what stands in the folder's place may be a link into the sources, from an older build.
+    file(REMOVE_RECURSE "${include_dir}")
+    file(MAKE_DIRECTORY "${include_dir}/${folder}")
+    file(GLOB headers CONFIGURE_DEPENDS "${source_dir}/*.h")
+    file(GLOB entries "${source_dir}/*")
+    foreach(entry IN LISTS entries)
+        cmake_path(GET entry FILENAME entry_name)
+        if(entry IN_LIST headers OR (IS_DIRECTORY "${entry}" AND NOT EXISTS "${entry}/CMakeLists.txt"))
+            file(CREATE_LINK "${entry}" "${include_dir}/${folder}/${entry_name}" SYMBOLIC)
+        endif()
+    endforeach()
 endfunction()
 
 # kovalin_use_layers(<target> OF <library>): makes the target of the objects of all layers that belong to the library.

@@ -1,0 +1,3 @@
+#include "learned_search/generated-src/QXNativeModelCacheExecutor.h"
+
+QXNativeModelCacheExecutor::~QXNativeModelCacheExecutor() = default;

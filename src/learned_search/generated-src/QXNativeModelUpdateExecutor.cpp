@@ -1,0 +1,3 @@
+#include "learned_search/generated-src/QXNativeModelUpdateExecutor.h"
+
+QXNativeModelUpdateExecutor::~QXNativeModelUpdateExecutor() = default;
