@@ -20,6 +20,8 @@ function(kovalin_add_kit_layers)
     kovalin_add_layer(platform/foundation LIBRARY QXSDKKovalinKit LIBRARIES Qt6::Core Qt6::Gui)
     kovalin_add_layer(learned_search/generated-src
         LIBRARY QXSDKKovalinKit USES learned_search platform/foundation LIBRARIES Qt6::Core)
+    kovalin_add_layer(platform/net        LIBRARY QXSDKKovalinKit USES platform/dispatch platform/foundation
+                                          LIBRARIES Qt6::Core Qt6::Network)
     kovalin_add_layer(kits/core           LIBRARY QXSDKKovalinKit USES platform/foundation)
     kovalin_add_layer(telemetry/base      LIBRARY QXSDKKovalinKit USES kits/core platform/dispatch platform/foundation)
     kovalin_add_layer(search              LIBRARY QXSDKKovalinKit USES platform/dispatch platform/foundation)

@@ -10,11 +10,13 @@ namespace {
 void closeQueues()
 {
     DispatchState& state = DispatchState::shared();
+    state.threads.announceEnd();
     state.serial.close();
     state.global.close();
     state.main.close();
     state.global.waitForRunningJobs();
     state.serial.waitForRunningJobs();
+    state.threads.close();
 }
 
 void openQueues()
@@ -25,6 +27,7 @@ void openQueues()
     state.main.open();
     state.global.open();
     state.serial.open();
+    state.threads.open();
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "platform/dispatch/GlobalQueueState.h"
 #include "platform/dispatch/MainQueueState.h"
 #include "platform/dispatch/SerialWorkers.h"
+#include "platform/dispatch/ThreadQueues.h"
 
 #include <QtCore/QtGlobal>
 
@@ -27,7 +28,8 @@ namespace kovalin::platform {
 /// - Its destructor closes them (a Qt post routine, armed anew for each application object, which comes first of all in
 ///   the destructor). Intake ends and pending jobs are dropped on all queues, and only then are running jobs waited
 ///   for: a job that waits for another one's promise sees it broken instead of hanging. Then the worker threads are
-///   joined, so none is left for the exit of the process.
+///   joined, so none is left for the exit of the process. Queues with a thread of their own are told at once, so that
+///   what they wait for from outside ends, but run on to the last, since jobs that are waited for may need their answers.
 ///
 /// A process that calls `std::exit` under a living application object gets neither; its workers run on until it is
 /// gone, and touch nothing here that the exit destroys.
@@ -37,6 +39,7 @@ struct DispatchState {
     SerialWorkers serial;
     GlobalQueueState global;
     MainQueueState main;
+    ThreadQueues threads;
 
     /// The thread of the newest application object, living or not; null before the first. Only to be compared with.
     std::atomic<const QThread*> mainThread = nullptr;

@@ -6,6 +6,7 @@
 #include "platform/dispatch/MainQueue.h"
 #include "platform/dispatch/SerialQueue.h"
 #include "platform/dispatch/ThreadCheck.h"
+#include "platform/dispatch/ThreadQueue.h"
 #include "support/WaitFor.h"
 
 #include <QtCore/QCoreApplication>
@@ -436,6 +437,106 @@ TEST(DispatchState, EitherRunsOrDropsEachJobThatComesWhileApplicationsComeAndGo)
         thread.join();
     }
     EXPECT_EQ(gone, added);
+}
+
+TEST(DispatchState, TellsAThreadQueueFirstAndRunsItToTheLast)
+{
+    std::vector<std::string> events; // the thread's until the application is gone
+    Gate told;
+    ThreadQueue queue(QStringLiteral("thread"), {.applicationWillEnd =
+                                                     [&] {
+                                                         events.emplace_back("told");
+                                                         told.open();
+                                                     },
+                                                 .threadWillEnd =
+                                                     [&] {
+                                                         events.emplace_back("ended");
+                                                     }});
+    SerialQueue serial(QStringLiteral("asks the thread"));
+    Gate started;
+    bool isAnswered = false;
+    {
+        const ScopedApplication application;
+        Gate ran;
+        queue.async([&] {
+            events.emplace_back("job");
+            ran.open();
+        });
+        ran.wait(); // The news overtakes what is pending.
+        serial.async([&] {
+            started.open();
+            told.wait();
+            Gate answered;
+            queue.async([&] {
+                events.emplace_back("asked late");
+                answered.open();
+            });
+            answered.wait();
+            isAnswered = true;
+            queue.async([&] { events.emplace_back("left behind"); });
+        });
+        started.wait();
+    }
+    EXPECT_TRUE(isAnswered);
+    EXPECT_THAT(events, testing::ElementsAre("job", "told", "asked late", "left behind", "ended"));
+
+    Fate late;
+    queue.async(late.job());
+    EXPECT_TRUE(late.wasDropped());
+}
+
+TEST(DispatchState, TellsAThreadQueueThatStartsWhileTheApplicationDies)
+{
+    std::vector<std::string> events;
+    ThreadQueue queue(QStringLiteral("late thread"), {.applicationWillEnd = [&] { events.emplace_back("told"); },
+                                                      .threadWillEnd =
+                                                          [&] {
+                                                              events.emplace_back("ended");
+                                                          }});
+    SerialQueue serial(QStringLiteral("starts it"));
+    Gate started;
+    Gate closing;
+    {
+        const ScopedApplication application;
+        serial.async([&] {
+            started.open();
+            closing.wait();
+            queue.async([&] { events.emplace_back("job"); });
+        });
+        openDuringShutdown(closing);
+        started.wait();
+    }
+    EXPECT_THAT(events, testing::ElementsAre("told", "job", "ended"));
+}
+
+TEST(DispatchState, GivesAThreadQueueANewThreadUnderEachApplication)
+{
+    int ends = 0;
+    int jobs = 0;
+    ThreadQueue queue(QStringLiteral("reborn thread"), {.applicationWillEnd = {}, .threadWillEnd = [&] {
+                                                            ++ends;
+                                                        }});
+    for (int round = 1; round <= 3; ++round) {
+        {
+            const ScopedApplication application;
+            queue.async([&] { ++jobs; });
+        }
+        EXPECT_EQ(jobs, round);
+        EXPECT_EQ(ends, round);
+    }
+}
+
+TEST(DispatchState, JoinsTheThreadOfAThreadQueueThatIsGone)
+{
+    bool didEnd = false;
+    {
+        const ScopedApplication application;
+        ThreadQueue queue(QStringLiteral("gone"), {.applicationWillEnd = {}, .threadWillEnd = [&] {
+                                                       didEnd = true;
+                                                   }});
+        queue.async([] {});
+    }
+    EXPECT_TRUE(didEnd);
 }
 
 } // namespace
