@@ -5,6 +5,7 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonArray>
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -272,7 +273,7 @@ TEST_F(KovalinModelInfo, FindsProbsThatAreNoPositiveNumbers)
     model.list({1}).add("a", {{1, 1e-45F}}).add("b", {{1, std::numeric_limits<float>::max()}});
     expectFindings(model, {});
     for (const float prob : {0.0F, -0.0F, -0.5F, infinite, -infinite, noNumber}) {
-        model.add("c" + std::to_string(model.keys->size()), {{1, prob}});
+        model.add(fmt::format("c{}", model.keys->size()), {{1, prob}});
     }
     expectFinding(model, u"probs-positive", 6, u"row 2: comic 1, prob 0");
 }
