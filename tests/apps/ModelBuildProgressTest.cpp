@@ -23,11 +23,9 @@ public:
     Terminal()
         : _ours(::posix_openpt(O_RDWR | O_NOCTTY))
     {
-        EXPECT_GE(_ours, 0);
-        EXPECT_EQ(::grantpt(_ours), 0);
-        EXPECT_EQ(::unlockpt(_ours), 0);
-        _programs = ::open(::ptsname(_ours), O_RDWR | O_NOCTTY);
-        EXPECT_GE(_programs, 0);
+        if (_ours >= 0 && ::grantpt(_ours) == 0 && ::unlockpt(_ours) == 0) {
+            _programs = ::open(::ptsname(_ours), O_RDWR | O_NOCTTY);
+        }
     }
     ~Terminal()
     {
@@ -35,6 +33,9 @@ public:
         ::close(_ours);
     }
     Q_DISABLE_COPY_MOVE(Terminal)
+
+    /// False on a system that has no terminals to give, as a bare container.
+    [[nodiscard]] bool isThere() const { return _programs >= 0; }
 
     void attachTo(QProcess& process)
     {
@@ -54,9 +55,8 @@ private:
     int _programs = -1;
 };
 
-std::string writtenToTerminal(const QByteArray& pairs, const QString& out)
+std::string writtenTo(Terminal& terminal, const QByteArray& pairs, const QString& out)
 {
-    Terminal terminal;
     QProcess process;
     terminal.attachTo(process);
     process.start(QStringLiteral(KOVALIN_PROGRAM),
@@ -70,15 +70,23 @@ std::string writtenToTerminal(const QByteArray& pairs, const QString& out)
 
 TEST(KovalinModelBuildProgress, IsDrawnInOneLineOfATerminalAndWiped)
 {
+    Terminal terminal;
+    if (!terminal.isThere()) {
+        GTEST_SKIP() << "the system gives no terminal";
+    }
     Files files;
-    EXPECT_THAT(writtenToTerminal("hi\t7\t1\nho\t7\t1\n", files.path(QStringLiteral("model.bin"))),
+    EXPECT_THAT(writtenTo(terminal, "hi\t7\t1\nho\t7\t1\n", files.path(QStringLiteral("model.bin"))),
                 MatchesRegex("(\rlines read: [0-9]+)+\r +\r"));
 }
 
 TEST(KovalinModelBuildProgress, IsWipedBeforeAComplaint)
 {
+    Terminal terminal;
+    if (!terminal.isThere()) {
+        GTEST_SKIP() << "the system gives no terminal";
+    }
     Files files;
-    EXPECT_THAT(writtenToTerminal("hi\t7\t1\nho\n", files.path(QStringLiteral("model.bin"))),
+    EXPECT_THAT(writtenTo(terminal, "hi\t7\t1\nho\n", files.path(QStringLiteral("model.bin"))),
                 MatchesRegex("(\rlines read: [0-9]+)+\r +\rkovalin: standard input: line 2: .*"));
 }
 
