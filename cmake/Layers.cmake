@@ -24,7 +24,8 @@ function(kovalin_add_kit_layers)
                                           LIBRARIES Qt6::Core Qt6::Network)
     kovalin_add_layer(kits/core           LIBRARY QXSDKKovalinKit USES platform/foundation)
     kovalin_add_layer(telemetry/base      LIBRARY QXSDKKovalinKit USES kits/core platform/dispatch platform/foundation)
-    kovalin_add_layer(search              LIBRARY QXSDKKovalinKit USES platform/dispatch platform/foundation)
+    kovalin_add_layer(search              LIBRARY QXSDKKovalinKit USES platform/dispatch platform/foundation platform/net
+                                          kits/core telemetry/base learned_search/generated-src)
 endfunction()
 
 # kovalin_add_layer(<folder below src> LIBRARY <library> [USES <layer>…] [LIBRARIES <outside target>…])

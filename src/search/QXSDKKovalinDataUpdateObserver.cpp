@@ -1,0 +1,3 @@
+#include "search/QXSDKKovalinDataUpdateObserver.h"
+
+QXSDKKovalinDataUpdateObserver::~QXSDKKovalinDataUpdateObserver() = default;
