@@ -2,8 +2,10 @@
 
 #include "platform/foundation/PlatformException.h"
 
+#include <QtCore/QByteArrayView>
 #include <QtCore/QCborMap>
 #include <QtCore/QCborStreamReader>
+#include <QtCore/QCryptographicHash>
 #include <QtCore/QSet>
 #include <QtCore/QString>
 
@@ -28,6 +30,11 @@ QString versionKey()
     return QStringLiteral("version");
 }
 
+QString checksumKey()
+{
+    return QStringLiteral("checksum");
+}
+
 QString rootKey()
 {
     return QStringLiteral("root");
@@ -38,14 +45,26 @@ QString formatName()
     return QStringLiteral("kovalin.keyed-archive");
 }
 
+// Against damage, not against forgery: a changed letter or digit makes a record that is as good as any other.
+QString checksumOf(QByteArrayView rootBytes)
+{
+    QCryptographicHash hash(QCryptographicHash::Blake2s_128);
+    hash.addData(rootBytes);
+    return QString::fromLatin1(hash.result().toHex());
+}
+
 // Walks over the bytes without building anything, so that only what is known to be sound is built afterwards.
 class Checker {
 public:
     explicit Checker(const QByteArray& bytes)
         : _reader(bytes)
         , _size(bytes.size())
+        , _bytes(bytes)
     {
     }
+
+    /// After the check: the bytes of the entry "root" of the outermost map; empty without one.
+    [[nodiscard]] QByteArrayView rootBytes() const { return _rootBytes; }
 
     /// Throws unless the bytes are one CBOR map, whole, within the limits and made of known kinds only.
     void checkArchive()
@@ -120,10 +139,12 @@ private:
             _fail(_reader.lastError().toString());
         }
         while (_reader.hasNext()) {
-            if (isMap) {
-                _takeKey(keys);
-            }
+            const bool isRoot = isMap && _takeKey(keys) == rootKey() && nesting == 1;
+            const qint64 begin = _reader.currentOffset();
             _checkItem(nesting + 1);
+            if (isRoot) {
+                _rootBytes = QByteArrayView(_bytes).sliced(begin, _reader.currentOffset() - begin);
+            }
         }
         _throwOnError();
         if (!_reader.leaveContainer()) {
@@ -132,7 +153,7 @@ private:
         _throwOnError();
     }
 
-    void _takeKey(QSet<QString>& keys)
+    QString _takeKey(QSet<QString>& keys)
     {
         if (!_reader.isString()) {
             _fail(QStringLiteral("key that is no text"));
@@ -142,6 +163,7 @@ private:
             _fail(QStringLiteral("key \"%1\" twice").arg(key));
         }
         keys.insert(key);
+        return key;
     }
 
     QString _takeText()
@@ -182,6 +204,8 @@ private:
 
     QCborStreamReader _reader;
     qsizetype _size;
+    const QByteArray _bytes;
+    QByteArrayView _rootBytes;
     qint64 _valueCount = 0;
 };
 
@@ -192,6 +216,7 @@ std::optional<QByteArray> bytesOfArchive(const QCborValue& root)
     QCborMap envelope;
     envelope.insert(formatKey(), formatName());
     envelope.insert(versionKey(), kVersion);
+    envelope.insert(checksumKey(), checksumOf(QCborValue(root).toCbor()));
     envelope.insert(rootKey(), root);
     QByteArray bytes = QCborValue(envelope).toCbor();
     try {
@@ -204,7 +229,8 @@ std::optional<QByteArray> bytesOfArchive(const QCborValue& root)
 
 QCborValue rootOfArchive(const QByteArray& bytes)
 {
-    Checker(bytes).checkArchive();
+    Checker checker(bytes);
+    checker.checkArchive();
     const QCborMap envelope = QCborValue::fromCbor(bytes).toMap();
     if (envelope.value(formatKey()) != QCborValue(formatName())) {
         throwUnarchiveException(QStringLiteral("no archive: its format isn't ") + formatName());
@@ -218,6 +244,9 @@ QCborValue rootOfArchive(const QByteArray& bytes)
     QCborValue root = envelope.value(rootKey());
     if (!root.isMap() && !root.isArray()) {
         throwUnarchiveException(QStringLiteral("root: object or list wanted, %1 found").arg(kindOf(root)));
+    }
+    if (envelope.value(checksumKey()) != QCborValue(checksumOf(checker.rootBytes()))) {
+        throwUnarchiveException(QStringLiteral("damaged archive: its checksum isn't that of its root"));
     }
     return root;
 }

@@ -9,11 +9,12 @@
 // What KeyedArchiver writes and KeyedUnarchiver reads. A persisted format: files of an earlier program are read by
 // later ones, so a change of what follows needs a new version number.
 //
-// An archive is one CBOR item (RFC 8949), a map with three entries in this order:
+// An archive is one CBOR item (RFC 8949), a map with four entries in this order:
 //
-//   "format"   the text "kovalin.keyed-archive"
-//   "version"  the integer 1
-//   "root"     the root: one object, or a list of objects
+//   "format"    the text "kovalin.keyed-archive"
+//   "version"   the integer 1
+//   "checksum"  the BLAKE2s-128 of the bytes of the root, as 32 hexadecimal digits
+//   "root"      the root: one object, or a list of objects
 //
 // and below it only these kinds:
 //

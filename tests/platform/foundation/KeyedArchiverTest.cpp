@@ -144,8 +144,10 @@ TEST(KeyedArchiver, LetsASecondValueTakeThePlaceOfTheFirst)
 
 TEST(KeyedArchiver, BeginsWithTheNameAndVersionOfTheFormat)
 {
-    const QByteArray expected = QByteArray("\xA3\x66"
-                                           "format\x75kovalin.keyed-archive\x67version\x01\x64root\xA0");
+    const QByteArray expected = QByteArray("\xA4\x66"
+                                           "format\x75kovalin.keyed-archive\x67version\x01\x68"
+                                           "checksum\x78\x20"
+                                           "12ace5e359d0840b2cd8a3a99b16f3f8\x64root\xA0");
     EXPECT_EQ(KeyedArchiver::archivedData(SampleNode()), expected);
 }
 

@@ -4,6 +4,7 @@
 usage: check_archive.py WRITER      WRITER is the program write_sample_archive; exit code 77 means skipped
 """
 
+import hashlib
 import io
 import pathlib
 import subprocess
@@ -27,7 +28,13 @@ FULL_PACK = {
     "stickers": [{"url": "https://example.com/1.png"}, {"url": "u", "text": ""}],
 }
 EMPTY_PACK = {"isNew": False, "size": 0, "weight": 0.0}
-ARCHIVE = {"format": "kovalin.keyed-archive", "version": 1, "root": [FULL_PACK, EMPTY_PACK]}
+ROOT = [FULL_PACK, EMPTY_PACK]
+ARCHIVE = {
+    "format": "kovalin.keyed-archive",
+    "version": 1,
+    "checksum": hashlib.blake2s(cbor2.dumps(ROOT), digest_size=16).hexdigest(),
+    "root": ROOT,
+}
 
 
 def check_same(found, expected, path):
