@@ -1,10 +1,10 @@
 #include "kovalin/ClassifierCommand.h"
 
-#include "kovalin/CommandLine.h"
 #include "kovalin/JsonLine.h"
 #include "kovalin/ModelFile.h"
 #include "kovalin/Queries.h"
-#include "kovalin/StandardStreams.h"
+#include "shared/CommandLine.h"
+#include "shared/StandardStreams.h"
 
 #include <memory>
 

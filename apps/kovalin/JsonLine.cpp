@@ -1,6 +1,6 @@
 #include "kovalin/JsonLine.h"
 
-#include "kovalin/StandardStreams.h"
+#include "shared/StandardStreams.h"
 
 namespace kovalin::cli {
 

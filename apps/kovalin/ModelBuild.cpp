@@ -1,8 +1,5 @@
 #include "kovalin/ModelBuild.h"
 
-#include "kovalin/BadInput.h"
-#include "kovalin/CommandLine.h"
-#include "kovalin/StandardStreams.h"
 #include "kovalin/model_build/LearnedModel.h"
 #include "kovalin/model_build/ModelLimits.h"
 #include "kovalin/model_build/ModelWriter.h"
@@ -12,6 +9,9 @@
 #include "kovalin/model_build/ReplacementFile.h"
 #include "learned_search/LearnedSearchClassifier.h"
 #include "learned_search/ModelFileBuffer.h"
+#include "shared/BadInput.h"
+#include "shared/CommandLine.h"
+#include "shared/StandardStreams.h"
 
 #include <nlohmann/json.hpp>
 

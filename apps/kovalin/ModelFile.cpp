@@ -1,9 +1,9 @@
 #include "kovalin/ModelFile.h"
 
-#include "kovalin/BadInput.h"
 #include "learned_search/AutoClosingFileDescriptor.h"
 #include "learned_search/ModelVerification.h"
 #include "learned_search/search_model_generated.h"
+#include "shared/BadInput.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

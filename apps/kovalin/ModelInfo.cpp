@@ -1,13 +1,13 @@
 #include "kovalin/ModelInfo.h"
 
-#include "kovalin/CommandLine.h"
 #include "kovalin/JsonLine.h"
 #include "kovalin/ModelFacts.h"
 #include "kovalin/ModelFile.h"
 #include "kovalin/ModelInvariants.h"
-#include "kovalin/StandardStreams.h"
 #include "kovalin/TextTable.h"
 #include "learned_search/ModelVerification.h"
+#include "shared/CommandLine.h"
+#include "shared/StandardStreams.h"
 
 #include <QtCore/QList>
 #include <QtCore/QString>

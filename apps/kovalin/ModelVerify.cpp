@@ -1,10 +1,10 @@
 #include "kovalin/ModelVerify.h"
 
-#include "kovalin/CommandLine.h"
 #include "kovalin/JsonLine.h"
 #include "kovalin/ModelFile.h"
-#include "kovalin/StandardStreams.h"
 #include "kovalin/TextTable.h"
+#include "shared/CommandLine.h"
+#include "shared/StandardStreams.h"
 
 #include <QtCore/QString>
 

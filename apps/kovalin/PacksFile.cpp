@@ -1,7 +1,7 @@
 #include "kovalin/PacksFile.h"
 
-#include "kovalin/BadInput.h"
 #include "kovalin/PacksDocumentReader.h"
+#include "shared/BadInput.h"
 
 #include <cerrno>
 #include <cstdio>

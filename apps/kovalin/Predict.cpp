@@ -2,8 +2,8 @@
 
 #include "kovalin/AnswerText.h"
 #include "kovalin/ClassifierCommand.h"
-#include "kovalin/CommandLine.h"
 #include "kovalin/TextTable.h"
+#include "shared/CommandLine.h"
 
 #include <QtCore/QString>
 

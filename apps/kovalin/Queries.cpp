@@ -1,7 +1,7 @@
 #include "kovalin/Queries.h"
 
-#include "kovalin/CommandLine.h"
-#include "kovalin/StandardStreams.h"
+#include "shared/CommandLine.h"
+#include "shared/StandardStreams.h"
 
 #include <vector>
 

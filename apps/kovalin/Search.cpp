@@ -1,11 +1,11 @@
 #include "kovalin/Search.h"
 
-#include "kovalin/CommandLine.h"
 #include "kovalin/PacksFile.h"
 #include "kovalin/Queries.h"
 #include "kovalin/SearchOutput.h"
 #include "search/QXSDKKovalinPrefixSearchEngine.h"
 #include "search/QXSDKKovalinSearchResultType.h"
+#include "shared/CommandLine.h"
 
 #include <QtCore/QEventLoop>
 #include <QtCore/QString>

@@ -1,8 +1,8 @@
 #include "kovalin/SearchOutput.h"
 
 #include "kovalin/AnswerText.h"
-#include "kovalin/StandardStreams.h"
 #include "kovalin/TextTable.h"
+#include "shared/StandardStreams.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QJsonArray>

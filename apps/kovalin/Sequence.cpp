@@ -1,9 +1,9 @@
 #include "kovalin/Sequence.h"
 
-#include "kovalin/BadInput.h"
-#include "kovalin/StandardStreams.h"
 #include "kovalin/TextTable.h"
 #include "search/QXSDKKovalinSearchSequence.h"
+#include "shared/BadInput.h"
+#include "shared/StandardStreams.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QJsonArray>

@@ -1,13 +1,13 @@
 #include "QXSDKKovalinKit/Version.h"
-#include "kovalin/BadInput.h"
-#include "kovalin/CommandLine.h"
 #include "kovalin/Model.h"
 #include "kovalin/Predict.h"
 #include "kovalin/Search.h"
 #include "kovalin/Sequence.h"
-#include "kovalin/StandardStreams.h"
 #include "kovalin/Suggest.h"
 #include "kovalin/Words.h"
+#include "shared/BadInput.h"
+#include "shared/CommandLine.h"
+#include "shared/StandardStreams.h"
 
 #include <QtCore/QCoreApplication>
 
@@ -79,7 +79,7 @@ ExitCode run(int argc, const char* const* argv)
 
 int main(int argc, char** argv)
 {
-    prepareStandardStreams();
+    prepareStandardStreams("kovalin");
     // Texts are UTF-8 whatever the user's locale, and Qt would complain about any other.
     qputenv("LC_ALL", "C.UTF-8");
     int argumentCountForQt = 1; // the options are ours alone

@@ -1,6 +1,6 @@
 #include "kovalin/model_build/PairsFile.h"
 
-#include "kovalin/BadInput.h"
+#include "shared/BadInput.h"
 
 #include <array>
 #include <cerrno>

@@ -1,6 +1,6 @@
 #include "kovalin/model_build/ReplacementFile.h"
 
-#include "kovalin/BadInput.h"
+#include "shared/BadInput.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

@@ -1,6 +1,6 @@
-#include "kovalin/StandardStreams.h"
+#include "shared/StandardStreams.h"
 
-#include "kovalin/BadInput.h"
+#include "shared/BadInput.h"
 
 #include <QtCore/QtGlobal>
 
@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <iostream>
 #include <system_error>
+#include <utility>
 
 #ifdef Q_OS_UNIX
 #include <fcntl.h>
@@ -18,6 +19,12 @@
 namespace kovalin::cli {
 
 namespace {
+
+std::string& programName()
+{
+    static std::string name;
+    return name;
+}
 
 [[noreturn]] void throwOutputFailure(int error)
 {
@@ -29,8 +36,9 @@ namespace {
 
 } // namespace
 
-void prepareStandardStreams()
+void prepareStandardStreams(std::string program)
 {
+    programName() = std::move(program);
 #ifdef Q_OS_UNIX
     std::signal(SIGPIPE, SIG_IGN);
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
@@ -75,14 +83,19 @@ void flushOutput()
 
 void writeError(std::string message)
 {
-    for (char& character : message) {
+    const std::string line = programName() + ": " + onOneLine(std::move(message)) + '\n';
+    std::fwrite(line.data(), 1, line.size(), stderr);
+}
+
+std::string onOneLine(std::string text)
+{
+    for (char& character : text) {
         const auto byte = static_cast<unsigned char>(character);
         if (byte < 0x20 || byte == 0x7F) {
             character = '?';
         }
     }
-    message = "kovalin: " + message + '\n';
-    std::fwrite(message.data(), 1, message.size(), stderr);
+    return text;
 }
 
 } // namespace kovalin::cli

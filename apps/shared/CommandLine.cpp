@@ -1,4 +1,4 @@
-#include "kovalin/CommandLine.h"
+#include "shared/CommandLine.h"
 
 #include <charconv>
 #include <cstdint>

@@ -1,0 +1,78 @@
+#include "kovalin-backend/BackendServer.h"
+
+#include "kovalin-backend/ContentEndpoints.h"
+#include "kovalin-backend/ControlEndpoints.h"
+#include "kovalin-backend/MetricsEndpoints.h"
+#include "kovalin-backend/SizeLimit.h"
+
+#include <utility>
+
+namespace kovalin::backend {
+
+namespace {
+
+/// What lies here steers the server and is neither recorded nor ruled: a rule for "/*" must leave a way back.
+bool isControl(const Request& request)
+{
+    return request.path.startsWith("/control/");
+}
+
+std::function<void()> tooLargeEvent(const BackendEvents& events)
+{
+    return [told = events.faultFound] {
+        if (told) {
+            told(QStringLiteral("A request was refused: its body is longer than %1 bytes").arg(kMostBodyBytes));
+        }
+    };
+}
+
+} // namespace
+
+BackendServer::BackendServer(std::shared_ptr<BackendRecords> records, BackendEvents events)
+    : _records(std::move(records))
+    , _events(std::move(events))
+    , _endpoints(_events.faultFound)
+    , _answers(_endpoints, std::shared_ptr<const AnswerRules>(_records, &_records->rules))
+    , _listener({.requestCame = [this](Exchange exchange) { _requestCame(std::move(exchange)); },
+                 .requestTooLarge = tooLargeEvent(_events)})
+{
+}
+
+QString BackendServer::start(const std::shared_ptr<const ContentFolder>& content, quint16 port)
+{
+    QString fault = _listener.listen(port);
+    if (fault.isEmpty()) {
+        addContentEndpoints(_endpoints, content, baseUrl());
+        addMetricsEndpoints(_endpoints, std::shared_ptr<MetricsRecord>(_records, &_records->metrics), _events);
+        addControlEndpoints(_endpoints, [this](const PathRule& rule) {
+            _records->rules.set(rule);
+            rulesChanged();
+        });
+    }
+    return fault;
+}
+
+QUrl BackendServer::baseUrl()
+{
+    return QUrl(QStringLiteral("http://127.0.0.1:%1").arg(_listener.port()));
+}
+
+void BackendServer::rulesChanged()
+{
+    _answers.rulesChanged();
+}
+
+void BackendServer::_requestCame(Exchange exchange)
+{
+    if (isControl(exchange.request())) {
+        _answers.answerAsUsual(exchange);
+        return;
+    }
+    _records->requests.add(exchange.request());
+    if (_events.requestCame) {
+        _events.requestCame(exchange.request());
+    }
+    _answers.answer(exchange);
+}
+
+} // namespace kovalin::backend

@@ -1,0 +1,103 @@
+#include "kovalin-backend/RuledAnswers.h"
+
+#include <QtCore/QTimer>
+#include <QtNetwork/QTcpSocket>
+
+#include <chrono>
+#include <functional>
+#include <utility>
+
+namespace kovalin::backend {
+
+namespace {
+
+constexpr int garbageBytes = 64;
+
+Answer statusAnswer(const AnswerRule& rule)
+{
+    Answer answer = Answer::plain(rule.status);
+    if (rule.retryAfterSeconds) {
+        answer.headers.emplaceBack(QByteArrayLiteral("Retry-After"), QByteArray::number(*rule.retryAfterSeconds));
+    }
+    return answer;
+}
+
+/// Calls `job` after `delay`, unless the connection goes before.
+void callLater(std::chrono::milliseconds delay, QTcpSocket* connection, const std::function<void()>& job)
+{
+    auto* const timer = new QTimer(connection);
+    timer->setSingleShot(true);
+    timer->setTimerType(Qt::PreciseTimer);
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, job] {
+        timer->deleteLater();
+        job();
+    });
+    timer->start(delay);
+}
+
+/// No text in UTF-8, and as a model a root far behind its end.
+Answer garbage()
+{
+    return Answer::bytes(QByteArray(garbageBytes, '\xFF'));
+}
+
+} // namespace
+
+RuledAnswers::RuledAnswers(const Endpoints& endpoints, std::shared_ptr<const AnswerRules> rules)
+    : _endpoints(endpoints)
+    , _rules(std::move(rules))
+{
+}
+
+void RuledAnswers::answer(const Exchange& exchange)
+{
+    _answer(exchange, _rules->ruleFor(exchange.request().path));
+}
+
+void RuledAnswers::answerAsUsual(const Exchange& exchange) const
+{
+    exchange.send(_endpoints.answer(exchange.request()));
+}
+
+void RuledAnswers::rulesChanged()
+{
+    for (const Exchange& exchange : std::exchange(_unanswered, {})) {
+        if (exchange.socket()) { // else what was asked for, a batch to be taken for instance, must not happen any more
+            answer(exchange);
+        }
+    }
+}
+
+void RuledAnswers::_answer(const Exchange& exchange, const AnswerRule& rule)
+{
+    switch (rule.kind) {
+    case AnswerRule::Kind::Usual:
+        answerAsUsual(exchange);
+        return;
+    case AnswerRule::Kind::Status:
+        exchange.send(statusAnswer(rule));
+        return;
+    case AnswerRule::Kind::Delay:
+        if (QTcpSocket* socket = exchange.socket()) {
+            callLater(rule.delay, socket, [this, exchange] { answerAsUsual(exchange); });
+        }
+        return;
+    case AnswerRule::Kind::Garbage:
+        exchange.send(garbage());
+        return;
+    case AnswerRule::Kind::Cut:
+        exchange.sendHalf(_endpoints.answer(exchange.request()));
+        return;
+    case AnswerRule::Kind::Nothing:
+        if (exchange.socket()) {
+            std::erase_if(_unanswered, [](const Exchange& each) { return !each.socket(); });
+            _unanswered.push_back(exchange);
+        }
+        return;
+    case AnswerRule::Kind::Refuse:
+        exchange.close();
+        return;
+    }
+}
+
+} // namespace kovalin::backend
