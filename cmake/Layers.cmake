@@ -23,6 +23,8 @@ function(kovalin_add_kit_layers)
     kovalin_add_layer(platform/net        LIBRARY QXSDKKovalinKit USES platform/dispatch platform/foundation
                                           LIBRARIES Qt6::Core Qt6::Network)
     kovalin_add_layer(kits/core           LIBRARY QXSDKKovalinKit USES platform/foundation)
+    kovalin_add_layer(kits/core/default   LIBRARY QXSDKKovalinKit USES kits/core platform/dispatch platform/foundation
+                                          platform/net LIBRARIES SQLiteCpp)
     kovalin_add_layer(telemetry/base      LIBRARY QXSDKKovalinKit USES kits/core platform/dispatch platform/foundation)
     kovalin_add_layer(search              LIBRARY QXSDKKovalinKit USES platform/dispatch platform/foundation platform/net
                                           kits/core telemetry/base learned_search/generated-src)

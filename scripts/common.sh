@@ -4,7 +4,7 @@
 build_packages=(
     ca-certificates ccache cmake g++ ninja-build
     flatbuffers-compiler libflatbuffers-dev libfmt-dev
-    libcli11-dev nlohmann-json3-dev qt6-base-dev libgl-dev qt6-qpa-plugins
+    libcli11-dev libsqlite3-dev libsqlitecpp-dev nlohmann-json3-dev qt6-base-dev libgl-dev qt6-qpa-plugins
     qt6-httpserver-dev qt6-websockets-dev # the second since the first is of no use without it, and does not ask for it
 )
 test_packages=(

@@ -7,6 +7,8 @@
 #include "kits/core/QXSDKDynamicConfigManager.h"
 #include "kits/core/QXSDKError.h"
 #include "kits/core/QXSDKOperationalMetricsQueue.h"
+#include "kits/core/default/QXSDKHttpDynamicConfigManager.h"
+#include "kits/core/default/QXSDKHttpOperationalMetricsQueue.h"
 #include "search/KovalinPack.h"
 #include "search/KovalinSticker.h"
 #include "search/QXSDKKovalinCategory.h"

@@ -14,6 +14,8 @@ void closeQueues()
     state.serial.close();
     state.global.close();
     state.main.close();
+    state.timer.close();
+    state.endListeners.tell();
     state.global.waitForRunningJobs();
     state.serial.waitForRunningJobs();
     state.threads.close();
@@ -28,6 +30,7 @@ void openQueues()
     state.global.open();
     state.serial.open();
     state.threads.open();
+    state.timer.open();
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/dispatch/DelayTimer.h"
+#include "platform/dispatch/EndListeners.h"
 #include "platform/dispatch/GlobalQueueState.h"
 #include "platform/dispatch/MainQueueState.h"
 #include "platform/dispatch/SerialWorkers.h"
@@ -27,9 +29,10 @@ namespace kovalin::platform {
 ///   came to serial queues and the global queue before the first one start now.
 /// - Its destructor closes them (a Qt post routine, armed anew for each application object, which comes first of all in
 ///   the destructor). Intake ends and pending jobs are dropped on all queues, and only then are running jobs waited
-///   for: a job that waits for another one's promise sees it broken instead of hanging. Then the worker threads are
-///   joined, so none is left for the exit of the process. Queues with a thread of their own are told at once, so that
-///   what they wait for from outside ends, but run on to the last, since jobs that are waited for may need their answers.
+///   for: a job that waits for another one's promise sees it broken instead of hanging. In between, the serial queues
+///   that have something to do at the end get it as their last job. Then the worker threads are joined, so none is left
+///   for the exit of the process. Queues with a thread of their own are told at once, so that what they wait for from
+///   outside ends, but run on to the last, since jobs that are waited for may need their answers.
 ///
 /// A process that calls `std::exit` under a living application object gets neither; its workers run on until it is
 /// gone, and touch nothing here that the exit destroys.
@@ -40,6 +43,8 @@ struct DispatchState {
     GlobalQueueState global;
     MainQueueState main;
     ThreadQueues threads;
+    DelayTimer timer;
+    EndListeners endListeners;
 
     /// The thread of the newest application object, living or not; null before the first. Only to be compared with.
     std::atomic<const QThread*> mainThread = nullptr;

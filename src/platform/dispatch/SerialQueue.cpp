@@ -1,6 +1,7 @@
 #include "platform/dispatch/SerialQueue.h"
 
 #include "platform/dispatch/CleanStop.h"
+#include "platform/dispatch/DelayedJobState.h"
 #include "platform/dispatch/DispatchState.h"
 
 #include <QtCore/QRunnable>
@@ -16,10 +17,11 @@ namespace kovalin::platform {
 //
 // Awake means that a worker has been asked for and hasn't yet seen the jobs run out: the first job wakes the queue,
 // later ones only join, so never do two workers carry out jobs of one queue.
-class SerialQueue::Core final : public QRunnable, public std::enable_shared_from_this<Core> {
+class SerialQueue::Core final : public QRunnable, public EndListener, public std::enable_shared_from_this<Core> {
 public:
-    explicit Core(QString label)
+    Core(QString label, SerialQueueEvents events)
         : _label(std::move(label))
+        , _events(std::move(events))
     {
         setAutoDelete(false);
     }
@@ -38,7 +40,36 @@ public:
             _isAwake = true;
             _keepAlive = shared_from_this();
         }
-        _jobs.push_back(std::move(job));
+        _jobs.push_back({std::move(job)});
+    }
+
+    /// Has the queue told of the application's end, if it has something to do then.
+    void listenToTheEnd()
+    {
+        if (_events.applicationWillEnd) {
+            DispatchState::shared().endListeners.add(weak_from_this());
+        }
+    }
+
+    /// The queue is gone: it has nothing to do at the end any more.
+    void retire()
+    {
+        const std::lock_guard lock(_mutex);
+        _isRetired = true;
+    }
+
+    void applicationWillEnd() override
+    {
+        const std::lock_guard lock(_mutex);
+        if (_isRetired) {
+            return;
+        }
+        if (!_isAwake) {
+            DispatchState::shared().serial.wakeForTheEnd(*this);
+            _isAwake = true;
+            _keepAlive = shared_from_this();
+        }
+        _jobs.push_back({_events.applicationWillEnd, true});
     }
 
     void run() noexcept override
@@ -50,9 +81,9 @@ public:
             self = std::move(_keepAlive);
         }
         _current = this;
-        while (const std::optional<std::function<void()>> job = _takeNext()) {
-            if (workers.areOpen()) {
-                (*job)();
+        while (const std::optional<Job> job = _takeNext()) {
+            if (job->isLast || workers.areOpen()) {
+                job->run();
             }
         }
         _current = nullptr;
@@ -63,15 +94,20 @@ public:
     }
 
 private:
+    struct Job {
+        std::function<void()> run;
+        bool isLast = false; // runs while the application object dies
+    };
+
     // Absent when there is none; then the queue is asleep.
-    std::optional<std::function<void()>> _takeNext()
+    std::optional<Job> _takeNext()
     {
         const std::lock_guard lock(_mutex);
         if (_jobs.empty()) {
             _isAwake = false;
             return std::nullopt;
         }
-        std::optional<std::function<void()>> job = std::move(_jobs.front());
+        std::optional<Job> job = std::move(_jobs.front());
         _jobs.pop_front();
         return job;
     }
@@ -79,20 +115,26 @@ private:
     static thread_local const Core* _current;
 
     const QString _label;
-    std::mutex _mutex;                       // taken before that of SerialWorkers
-    std::deque<std::function<void()>> _jobs; // guarded by _mutex
-    bool _isAwake = false;                   // guarded by _mutex
-    std::shared_ptr<Core> _keepAlive;        // guarded by _mutex; from waking until a worker holds it
+    const SerialQueueEvents _events;
+    std::mutex _mutex;                // taken before that of SerialWorkers
+    std::deque<Job> _jobs;            // guarded by _mutex
+    bool _isAwake = false;            // guarded by _mutex
+    bool _isRetired = false;          // guarded by _mutex
+    std::shared_ptr<Core> _keepAlive; // guarded by _mutex; from waking until a worker holds it
 };
 
 thread_local const SerialQueue::Core* SerialQueue::Core::_current = nullptr;
 
-SerialQueue::SerialQueue(QString label)
-    : _core(std::make_shared<Core>(std::move(label)))
+SerialQueue::SerialQueue(QString label, SerialQueueEvents events)
+    : _core(std::make_shared<Core>(std::move(label), std::move(events)))
 {
+    _core->listenToTheEnd();
 }
 
-SerialQueue::~SerialQueue() = default;
+SerialQueue::~SerialQueue()
+{
+    _core->retire();
+}
 
 const QString& SerialQueue::label() const
 {
@@ -102,6 +144,35 @@ const QString& SerialQueue::label() const
 void SerialQueue::async(std::function<void()> job)
 {
     _core->add(std::move(job));
+}
+
+DelayedJob SerialQueue::asyncAfter(std::chrono::nanoseconds delay, std::function<void()> job)
+{
+    // Carries the job to the queue. Wherever it is dropped on that way, the job goes with it.
+    struct Carrier {
+        explicit Carrier(std::shared_ptr<DelayedJob::State> carried)
+            : state(std::move(carried))
+        {
+        }
+        ~Carrier() { static_cast<void>(state->take()); }
+        Q_DISABLE_COPY_MOVE(Carrier)
+
+        const std::shared_ptr<DelayedJob::State> state;
+    };
+    const auto state = std::make_shared<DelayedJob::State>();
+    state->job = std::move(job);
+    state->clock = delayClock();
+    auto carrier = std::make_shared<Carrier>(state);
+    state->id = state->clock->schedule(delay, [weakCore = std::weak_ptr<Core>(_core), carrier = std::move(carrier)] {
+        if (const auto core = weakCore.lock()) {
+            core->add([carrier] {
+                if (const auto run = carrier->state->take()) {
+                    run();
+                }
+            });
+        }
+    });
+    return DelayedJob(state);
 }
 
 bool SerialQueue::isCurrent() const

@@ -59,6 +59,13 @@ bool SerialWorkers::wake(QRunnable& queue)
     return true;
 }
 
+void SerialWorkers::wakeForTheEnd(QRunnable& queue)
+{
+    const std::lock_guard lock(_mutex);
+    ++_active;
+    _pool->start(&queue);
+}
+
 void SerialWorkers::finished()
 {
     const std::lock_guard lock(_mutex);

@@ -37,6 +37,9 @@ public:
     /// alive until it runs, and must call `finished` as its last act. False, and nothing happens, when closed.
     [[nodiscard]] bool wake(QRunnable& queue);
 
+    /// After `close` and before `waitForRunningJobs`: has a worker run `queue` once all the same, for its last job.
+    void wakeForTheEnd(QRunnable& queue);
+
     /// A woken queue has run.
     void finished();
 

@@ -1,0 +1,3 @@
+#include "kits/core/default/CoreKitLog.h"
+
+Q_LOGGING_CATEGORY(kovalinCoreKit, "kovalin.kits.core.default")
