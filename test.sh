@@ -46,6 +46,7 @@ if [[ ${CI:-} == true ]]; then
     # The benchmarks must build, run and agree with the plain method; what they print of speed is not judged here.
     build/bin/prefix_search_bench --quick
     build/bin/learned_search_bench --quick
+    build/bin/fusion_search_bench --quick
     run_tests release
     for preset in asan tsan; do
         build "$preset"
@@ -63,4 +64,5 @@ if $long; then
     build bench
     build/bench/bin/prefix_search_bench
     build/bench/bin/learned_search_bench
+    build/bench/bin/fusion_search_bench
 fi

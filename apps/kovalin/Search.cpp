@@ -1,27 +1,31 @@
 #include "kovalin/Search.h"
 
+#include "kovalin/ModelFile.h"
 #include "kovalin/PacksFile.h"
 #include "kovalin/Queries.h"
 #include "kovalin/SearchOutput.h"
-#include "search/QXSDKKovalinPrefixSearchEngine.h"
+#include "kovalin/Searcher.h"
 #include "search/QXSDKKovalinSearchResultType.h"
 #include "shared/CommandLine.h"
 
-#include <QtCore/QEventLoop>
 #include <QtCore/QString>
 
-#include <functional>
 #include <memory>
 #include <string>
-#include <utility>
 
 namespace kovalin::cli {
 
 namespace {
 
+const std::string prefixEngine = "prefix";
+const std::string learnedEngine = "learned";
+const std::string fusionEngine = "fusion";
+
 struct SearchOptions {
     std::string packs;
-    std::string engine = "prefix";
+    std::string model;
+    bool hasModel = false;
+    std::string engine; // empty when none was given
     std::string types = "0";
     bool exact = false;
     bool explain = false;
@@ -29,70 +33,48 @@ struct SearchOptions {
     int limit = 10;
 };
 
-/// The engine, used as a host uses it: what it does in the background is waited for with the event loop running.
-class Searcher final {
-public:
-    Searcher(const KovalinPackList& packs, const SearchOptions& options)
-        : _options(options)
-    {
-        if (options.types != "1") {
-            _types.append(QXSDKKovalinSearchResultTypeSolovalin);
-        }
-        if (options.types != "0") {
-            _types.append(QXSDKKovalinSearchResultTypeFriendvalin);
-        }
-        waitFor([this, &packs](std::function<void()> done) { _engine.processPacks(packs, std::move(done)); });
+QXSDKKovalinSearchResultTypes typesIn(const SearchOptions& options)
+{
+    QXSDKKovalinSearchResultTypes types;
+    if (options.types != "1") {
+        types.append(QXSDKKovalinSearchResultTypeSolovalin);
     }
-
-    SearchAnswer answer(const QString& query)
-    {
-        SearchAnswer answer{query, {}, {}, {}};
-        if (_options.exact) {
-            answer.stickers = _engine.searchWithExactMatch(query, _types);
-            return answer;
-        }
-        waitFor([this, &answer](const std::function<void()>& done) {
-            _engine.search(answer.query, _types, [&answer, done](const auto& stickers, const auto& tags) {
-                answer.stickers = stickers;
-                answer.tags = tags;
-                done();
-            });
-        });
-        if (_options.explain) {
-            explain(answer);
-        }
-        return answer;
+    if (options.types != "0") {
+        types.append(QXSDKKovalinSearchResultTypeFriendvalin);
     }
+    return types;
+}
 
-private:
-    /// Calls what is given and returns when `done` has been called, which comes from the main queue.
-    static void waitFor(const std::function<void(std::function<void()> done)>& start)
-    {
-        QEventLoop loop;
-        start([&loop] { loop.quit(); });
-        loop.exec();
+/// Throws where an engine is asked for that takes a model, and there is none.
+Searcher::Engine engineIn(const SearchOptions& options)
+{
+    using Engine = Searcher::Engine;
+    if (options.engine.empty()) {
+        return options.hasModel ? Engine::Fusion : Engine::Prefix;
     }
-
-    void explain(SearchAnswer& answer) const
-    {
-        const QStringList words = QXSDKKovalinPrefixSearchEngine::wordsForSearchTerm(answer.query);
-        answer.scores.reserve(answer.tags.size());
-        for (const QString& tag : std::as_const(answer.tags)) {
-            const auto rank = QXSDKKovalinPrefixSearchEngine::rankForTag(tag, words);
-            answer.scores.append({rank, _engine.rankValueForRank(rank) + _engine.occurenceRankForTag(tag)});
-        }
+    if (options.engine == prefixEngine) {
+        return Engine::Prefix;
     }
-
-    const SearchOptions& _options;
-    QXSDKKovalinSearchResultTypes _types;
-    QXSDKKovalinPrefixSearchEngine _engine;
-};
+    if (!options.hasModel) {
+        throw CLI::ValidationError("--engine", options.engine + " takes a model, given with --model");
+    }
+    return options.engine == learnedEngine ? Engine::Learned : Engine::Fusion;
+}
 
 void runSearch(const SearchOptions& options, const Queries& queries)
 {
-    Searcher searcher(readPacksFile(argumentAsGiven(options.packs)), options);
-    queries.forEach([&searcher, &options](const std::string& query) {
-        const SearchAnswer found = searcher.answer(QString::fromStdString(query));
+    const auto engine = engineIn(options);
+    // Before the packs, which may take their time to read.
+    const auto model =
+        engine == Searcher::Engine::Prefix ? nullptr : ModelFile(argumentAsGiven(options.model)).buffer();
+    const Searcher searcher(engine, readPacksFile(argumentAsGiven(options.packs)), model);
+    const auto types = typesIn(options);
+    queries.forEach([&](const std::string& query) {
+        const QString text = QString::fromStdString(query);
+        SearchAnswer found = options.exact ? searcher.searchWithExactMatch(text, types) : searcher.search(text, types);
+        if (options.explain) {
+            searcher.explain(found, types);
+        }
         if (options.json) {
             writeAnswerAsJson(found, options.explain);
         } else {
@@ -116,21 +98,31 @@ void addSearchCommand(CLI::App& program)
     command->add_option("--packs", options->packs, "The packs document to search, a JSON file")
         ->type_name("FILE")
         ->required();
-    command->add_option("--engine", options->engine, "The search engine")
-        ->check(CLI::IsMember({"prefix"}))
-        ->capture_default_str();
+    const CLI::Option* model =
+        command->add_option("--model", options->model, "The search model, a file; the prefix engine doesn't read it")
+            ->type_name("FILE");
+    command
+        ->add_option("--engine", options->engine,
+                     "The search engine: prefix goes by the tags, learned by the model, fusion by both; else fusion\n"
+                     "with a model, prefix without")
+        ->option_text("prefix|learned|fusion")
+        ->check(CLI::IsMember({prefixEngine, learnedEngine, fusionEngine}));
     command
         ->add_option("--types", options->types, "Kinds of stickers: 0 for one person, 1 for two, 0,1 for both; else 0")
         ->option_text("0|1|0,1")
         ->check(typesFault);
     command->add_flag("--exact", options->exact, "Take the query for a whole tag or pack title");
-    command->add_flag("--explain", options->explain, "Add each tag's rank and score, the lower the better");
+    command->add_flag("--explain", options->explain,
+                      "Add each tag's rank and score, the lower the better; a tag of the model's alone has none");
     command->add_flag("--json", options->json, "Print one JSON object a line, complete");
     command->add_option("--limit", options->limit, "The most tags and stickers to print without --json, 0 for all")
         ->check(countFault)
         ->capture_default_str();
     const Queries queries(*command, "What to search for");
-    command->callback([options, queries] { runSearch(*options, queries); });
+    command->callback([options, model, queries] {
+        options->hasModel = model->count() > 0;
+        runSearch(*options, queries);
+    });
 }
 
 } // namespace kovalin::cli

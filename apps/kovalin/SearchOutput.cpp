@@ -77,7 +77,9 @@ QString tagTable(const SearchAnswer& answer, bool explain, qsizetype shown)
     for (qsizetype i = 0; i < shown; ++i) {
         QStringList row{answer.tags[i]};
         if (explain) {
-            row.append({rankInWords(answer.scores[i].rank), QString::number(answer.scores[i].score)});
+            const auto& score = answer.scores[i];
+            row.append(score ? QStringList{rankInWords(score->rank), QString::number(score->score)}
+                             : QStringList{QStringLiteral("learned"), QStringLiteral("-")});
         }
         table.addRow(row);
     }
@@ -115,9 +117,10 @@ void writeAnswerAsJson(const SearchAnswer& answer, bool explain)
     if (explain) {
         writeOutput(",\"explain\":");
         writeJsonList(answer.scores.size(), [&answer](qsizetype i) {
+            const auto& score = answer.scores[i];
             return jsonText(QJsonObject{{QStringLiteral("tag"), answer.tags[i]},
-                                        {QStringLiteral("rank"), answer.scores[i].rank},
-                                        {QStringLiteral("score"), answer.scores[i].score}});
+                                        {QStringLiteral("rank"), score ? QJsonValue(score->rank) : QJsonValue()},
+                                        {QStringLiteral("score"), score ? QJsonValue(score->score) : QJsonValue()}});
         });
     }
     writeOutput("}\n");

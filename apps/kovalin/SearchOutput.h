@@ -7,6 +7,8 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+#include <optional>
+
 namespace kovalin::cli {
 
 struct TagScore {
@@ -18,12 +20,13 @@ struct SearchAnswer {
     QString query;
     KovalinStickerList stickers;
     QStringList tags;
-    QList<TagScore> scores; // one for each tag, or none
+    /// One for each tag, absent for a tag that the prefix engine doesn't find; or empty.
+    QList<std::optional<TagScore>> scores;
 };
 
 // Both write one answer to standard output and flush it.
 
-/// One JSON object on one line, with "explain" beside "tags" when that is wanted.
+/// One JSON object on one line, with "explain" beside "tags" when that is wanted; a tag without a score has null for it.
 void writeAnswerAsJson(const SearchAnswer& answer, bool explain);
 
 /// A table for people, with at most `limit` tags and stickers; 0 is no limit.

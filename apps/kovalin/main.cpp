@@ -10,6 +10,8 @@
 #include "shared/StandardStreams.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QLoggingCategory>
+#include <QtCore/QString>
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
@@ -84,6 +86,8 @@ int main(int argc, char** argv)
     qputenv("LC_ALL", "C.UTF-8");
     int argumentCountForQt = 1; // the options are ours alone
     const QCoreApplication application(argumentCountForQt, argv);
+    // What the library tells its developers; QT_LOGGING_RULES turns it on again.
+    QLoggingCategory::setFilterRules(QStringLiteral("kovalin.*.debug=false"));
     try {
         return run(argc, argv);
     } catch (const OutputClosed&) {

@@ -50,6 +50,8 @@ void KovalinSticker::setStrings(const std::optional<QString>& comicId, const std
     }
     _strings = PackedStrings(std::span(strings.cbegin(), static_cast<std::size_t>(strings.size())));
     _hasTags = tags.has_value();
+    const std::size_t hash = _strings.hashAt(ComicId) ^ _strings.hashAt(Url);
+    _hash = static_cast<quint32>(hash ^ (hash >> (4 * sizeof(hash))));
 }
 
 std::optional<QString> KovalinSticker::url() const
@@ -124,7 +126,7 @@ bool KovalinSticker::isEqual(const KovalinSticker& other) const
 
 std::size_t KovalinSticker::hash() const
 {
-    return _strings.hashAt(ComicId) ^ _strings.hashAt(Url);
+    return _hash;
 }
 
 std::shared_ptr<KovalinSticker> KovalinSticker::copy() const

@@ -26,6 +26,9 @@ constexpr std::chrono::nanoseconds longestWait = std::chrono::seconds(2);
 template <typename Equals, typename Element>
 QList<Element> fuse(const QList<Element>& prefixResults, const QList<Element>& learnedResults)
 {
+    if (learnedResults.isEmpty()) {
+        return prefixResults;
+    }
     const Equals learned(learnedResults);
     QList<Element> results;
     results.reserve(prefixResults.size() + learnedResults.size());
@@ -67,15 +70,21 @@ public:
         });
     }
 
-    /// Blocks until all engines that were asked have answered, or too much time has passed.
-    void wait() { static_cast<void>(_group.wait(longestWait)); }
-
-    void complete(const SearchCompletion& completion) const
+    /// Blocks until all engines that were asked have answered, or too much time has passed. Then it fuses what there is, so that
+    /// the main thread has nothing left to do but to look whether it still is all.
+    void waitAndFuse()
     {
-        const auto prefix = answerIn(_prefix);
-        const auto learned = answerIn(_learned);
-        completion(_fusePrefixAndLearnedSearchResults(prefix->stickers, learned->stickers),
-                   _fusePrefixAndLearnedSearchResults(prefix->tags, learned->tags));
+        static_cast<void>(_group.wait(longestWait));
+        fuseAnswers();
+    }
+
+    /// Main queue.
+    void complete(const SearchCompletion& completion)
+    {
+        if (_prefix.load() != _fused.prefix || _learned.load() != _fused.learned) {
+            fuseAnswers(); // one came at the last moment
+        }
+        completion(_fused.stickers, _fused.tags);
     }
 
 private:
@@ -85,15 +94,29 @@ private:
     };
     using Slot = SharedSlot<const Answer>;
 
-    static std::shared_ptr<const Answer> answerIn(const Slot& slot)
+    struct Fused {
+        // What it was made of; null where there was nothing yet.
+        std::shared_ptr<const Answer> prefix;
+        std::shared_ptr<const Answer> learned;
+        KovalinStickerList stickers;
+        QStringList tags;
+    };
+
+    void fuseAnswers()
     {
-        auto answer = slot.load();
-        return answer ? answer : std::make_shared<const Answer>();
+        const Answer nothing;
+        _fused.prefix = _prefix.load();
+        _fused.learned = _learned.load();
+        const Answer& prefix = _fused.prefix ? *_fused.prefix : nothing;
+        const Answer& learned = _fused.learned ? *_fused.learned : nothing;
+        _fused.stickers = _fusePrefixAndLearnedSearchResults(prefix.stickers, learned.stickers);
+        _fused.tags = _fusePrefixAndLearnedSearchResults(prefix.tags, learned.tags);
     }
 
     Slot _prefix;
     Slot _learned;
     DispatchGroup _group;
+    Fused _fused; // the fusion queue's until it posts to the main queue, then that one's
 };
 
 std::shared_ptr<QXSDKKovalinFusionSearchEngine> QXSDKKovalinFusionSearchEngine::shared()
@@ -162,14 +185,18 @@ void QXSDKKovalinFusionSearchEngine::processPacks(const KovalinPackList& packs, 
 void QXSDKKovalinFusionSearchEngine::search(const QString& text, const QXSDKKovalinSearchResultTypes& resultTypes,
                                             SearchCompletion completion)
 {
-    const auto search = std::make_shared<Search>();
+    auto search = std::make_shared<Search>();
     search->ask(_state->prefixSearch, text, resultTypes, search, false);
     if (_state->config->isLearnedSearchEnabled()) {
         search->ask(_state->learnedSearch, text, resultTypes, search, true);
     }
-    _state->queue->async([search, completion = std::move(completion)] {
-        search->wait();
-        dispatchMain([search, completion] { search->complete(completion); });
+    _state->queue->async([search = std::move(search), completion = std::move(completion)]() mutable {
+        search->waitAndFuse();
+        dispatchMain([search = std::move(search), completion = std::move(completion)]() mutable {
+            search->complete(completion);
+            // Thousands of references may go with it.
+            dispatchGlobal([search = std::move(search)] {});
+        });
     });
 }
 

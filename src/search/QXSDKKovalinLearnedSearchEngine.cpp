@@ -2,6 +2,7 @@
 
 #include "learned_search/generated-src/QXNativeLearnedSearchClassifier.h"
 #include "learned_search/generated-src/QXNativeModelFileBuffer.h"
+#include "platform/dispatch/LastReference.h"
 #include "platform/dispatch/MainQueue.h"
 #include "platform/dispatch/SerialQueue.h"
 #include "platform/foundation/Log.h"
@@ -23,6 +24,18 @@ constexpr char16_t leftToRightMark = u'\u200E';
 QString catchAllTag(const QString& text)
 {
     return QChar(leftToRightMark) + text + QStringLiteral("...");
+}
+
+/// What `ask` gives; where the native core fails, nothing, and a line in the log.
+template <typename Ask>
+auto answerOrNothing(Ask&& ask) -> decltype(ask())
+{
+    try {
+        return ask();
+    } catch (const PlatformException& exception) {
+        KOVALIN_LOG_ERROR(kovalinSearch, QStringLiteral("The model can't answer: ") + exception.reason());
+        return {};
+    }
 }
 
 } // namespace
@@ -55,35 +68,47 @@ public:
     void _processPacks(const KovalinPackList& packs)
     {
         queue.assertOnQueue();
-        auto map = std::make_shared<ComicIdToSticker>();
+        auto map = std::make_unique<ComicIdToSticker>();
         for (const auto& pack : packs) {
+            if (!pack) {
+                continue;
+            }
             for (const auto& sticker : pack->stickers()) {
-                if (const auto comicId = sticker->comicId(); comicId && !comicId->isEmpty()) {
+                const auto comicId = sticker ? sticker->comicId() : std::nullopt;
+                if (comicId && !comicId->isEmpty()) {
                     map->insert(*comicId, sticker);
                 }
             }
         }
-        _comicIdToSticker.store(std::move(map));
+        _comicIdToSticker.store(endingOffTheMainThread(std::move(map)));
         KOVALIN_LOG_DEBUG(kovalinSearch, QStringLiteral("Sticker pack processed in learned search"));
     }
 
-    [[nodiscard]] KovalinStickerList predict(const QString& text,
-                                             const QXSDKKovalinSearchResultTypes& resultTypes) const
+    [[nodiscard]] KovalinStickerList searchWithExactMatch(const QString& tag,
+                                                          const QXSDKKovalinSearchResultTypes& resultTypes) const
     {
-        return _comicIdsToStickers(_classifier.load()->predict(text, mostPredictions), resultTypes);
+        return answerOrNothing([&] { return _predict(tag, resultTypes); });
     }
 
     [[nodiscard]] Answer search(const QString& text, const QXSDKKovalinSearchResultTypes& resultTypes) const
     {
-        Answer answer;
-        answer.stickers = predict(text, resultTypes);
-        answer.tags = _autocompleteTags(text, !answer.stickers.isEmpty());
-        return answer;
+        return answerOrNothing([&] {
+            Answer answer;
+            answer.stickers = _predict(text, resultTypes);
+            answer.tags = _autocompleteTags(text, !answer.stickers.isEmpty());
+            return answer;
+        });
     }
 
     SerialQueue queue{QStringLiteral("com.vole.connect.QXSDKKovalinLearnedSearchEngine")};
 
 private:
+    [[nodiscard]] KovalinStickerList _predict(const QString& text,
+                                              const QXSDKKovalinSearchResultTypes& resultTypes) const
+    {
+        return _comicIdsToStickers(_classifier.load()->predict(text, mostPredictions), resultTypes);
+    }
+
     [[nodiscard]] QStringList _autocompleteTags(const QString& text, bool appendCatchAll) const
     {
         QStringList tags = _classifier.load()->getAutocompleteSuggestions(text);
@@ -178,12 +203,8 @@ void QXSDKKovalinLearnedSearchEngine::search(const QString& text, const QXSDKKov
     std::weak_ptr<State> weakState = _state;
     _state->queue.async([weakState, text, resultTypes, completion = std::move(completion)] {
         State::Answer answer;
-        try {
-            if (const auto state = weakState.lock()) {
-                answer = state->search(text, resultTypes);
-            }
-        } catch (const PlatformException& exception) {
-            KOVALIN_LOG_ERROR(kovalinSearch, QStringLiteral("The model can't answer: ") + exception.reason());
+        if (const auto state = weakState.lock()) {
+            answer = state->search(text, resultTypes);
         }
         dispatchMain([answer = std::move(answer), completion] { completion(answer.stickers, answer.tags); });
     });
@@ -198,7 +219,7 @@ QXSDKKovalinLearnedSearchEngine::searchWithExactMatch(const QString& tag,
                             QStringLiteral("Attempted searchWithExactMatch before initialization finished"));
         return {};
     }
-    return _state->predict(tag, resultTypes);
+    return _state->searchWithExactMatch(tag, resultTypes);
 }
 
 bool QXSDKKovalinLearnedSearchEngine::isInitialized() const

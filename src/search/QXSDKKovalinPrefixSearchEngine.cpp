@@ -1,5 +1,6 @@
 #include "search/QXSDKKovalinPrefixSearchEngine.h"
 
+#include "platform/dispatch/LastReference.h"
 #include "platform/dispatch/MainQueue.h"
 #include "platform/dispatch/SerialQueue.h"
 #include "platform/foundation/SharedSlot.h"
@@ -21,7 +22,7 @@ public:
     void _processPacks(const KovalinPackList& packs)
     {
         processQueue.assertOnQueue();
-        _index.store(std::make_shared<const PrefixSearchIndex>(packs));
+        _index.store(endingOffTheMainThread(std::make_unique<const PrefixSearchIndex>(packs)));
     }
 
     SerialQueue processQueue{QStringLiteral("KovalinSearchIndexProcessQueue")};

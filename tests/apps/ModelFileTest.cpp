@@ -23,8 +23,11 @@ protected:
     /// What the subcommand is called with before a model file.
     static QStringList arguments()
     {
-        const QStringList command = QString::fromStdString(GetParam()).split(u' ');
+        QStringList command = QString::fromStdString(GetParam()).split(u' ');
         const bool asksQueries = command.size() == 1;
+        if (GetParam() == "search") {
+            command += {QStringLiteral("--packs"), examplePacks()};
+        }
         return command + (asksQueries ? QStringList{QStringLiteral("--json"), QStringLiteral("--model")}
                                       : QStringList{QStringLiteral("--json")});
     }
@@ -119,7 +122,7 @@ TEST_P(KovalinModelFile, IsReadUnderAnyName)
 }
 
 INSTANTIATE_TEST_SUITE_P(OfEachSubcommand, KovalinModelFile,
-                         testing::Values("predict", "suggest", "words", "model verify", "model info"),
+                         testing::Values("search", "predict", "suggest", "words", "model verify", "model info"),
                          [](const auto& command) { return command.param.substr(command.param.find(' ') + 1); });
 
 } // namespace

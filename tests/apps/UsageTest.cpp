@@ -36,8 +36,8 @@ TEST(KovalinUsage, HelpOfASubcommandNamesItsOptions)
     const auto result = runKovalin({QStringLiteral("search"), QStringLiteral("--help")});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.errors, "");
-    for (const char* option :
-         {"--packs FILE", "--engine", "--types 0|1|0,1", "--exact", "--explain", "--json", "--limit", "QUERY"}) {
+    for (const char* option : {"--packs FILE", "--model FILE", "--engine prefix|learned|fusion", "--types 0|1|0,1",
+                               "--exact", "--explain", "--json", "--limit", "QUERY"}) {
         EXPECT_THAT(result.output.toStdString(), HasSubstr(option));
     }
 }
@@ -82,6 +82,18 @@ TEST(KovalinUsage, SearchRefusesValuesThatItsOptionsDoNotHave)
     expectRefused(QStringLiteral("--engine"), QStringLiteral("suffix"));
     expectRefused(QStringLiteral("--limit"), QStringLiteral("-1"));
     expectRefused(QStringLiteral("--limit"), QStringLiteral("many"));
+}
+
+TEST(KovalinUsage, SearchWantsAModelForAnEngineThatTakesOne)
+{
+    for (const char16_t* engine : {u"learned", u"fusion"}) {
+        const QString name = QString::fromUtf16(engine);
+        expectUsageError({QStringLiteral("search"), QStringLiteral("--packs"), QStringLiteral("/no/such/file"),
+                          QStringLiteral("--engine"), name, QStringLiteral("smile")},
+                         "kovalin: --engine: " + name.toStdString() + " takes a model, given with --model\n");
+    }
+    expectUsageError({QStringLiteral("search"), QStringLiteral("--packs"), examplePacks(), QStringLiteral("--model")},
+                     "--model");
 }
 
 TEST(KovalinUsage, ArgumentsAreCheckedBeforeFiles)

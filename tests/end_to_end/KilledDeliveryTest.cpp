@@ -35,18 +35,6 @@ const QByteArray downloadPaths = statusPath + "/";
 
 using Microseconds = std::chrono::microseconds;
 
-/// Waits, and ends the process hard. Where the wait is longer than the start, there is nothing to end.
-void killAfter(QProcess& process, Microseconds wait)
-{
-    QElapsedTimer clock;
-    clock.start();
-    process.waitForFinished(static_cast<int>(wait.count() / 1000));
-    while (clock.nsecsElapsed() / 1000 < wait.count() && process.state() == QProcess::Running) {
-    }
-    process.kill();
-    process.waitForFinished();
-}
-
 /// Returns when a model is being downloaded, the first `known` requests apart.
 void waitForDownload(const Backend& backend, std::size_t known)
 {
@@ -68,7 +56,7 @@ Durations measureStart(const Backend& backend, HostProgram& host)
     const auto process = host.beginStart(backend.baseUrl().toString());
     waitForDownload(backend, known);
     const Microseconds untilDownload(clock.nsecsElapsed() / 1000);
-    process->waitForFinished(-1);
+    static_cast<void>(process->readAll());
     const Microseconds whole(clock.nsecsElapsed() / 1000);
     return {whole, whole - untilDownload};
 }
@@ -83,7 +71,9 @@ void startAndKill(const Backend& backend, HostProgram& host, const Durations& du
         waitForDownload(backend, known);
     }
     const Microseconds longest = isFromDownload ? durations.fromDownload : durations.whole;
-    killAfter(*process, longest * (random() % 1200) / 1000);
+    // Where that is later than its end, there is nothing to end.
+    process->waitForOutputsEnd(longest * (random() % 1200) / 1000);
+    process->kill();
 }
 
 TEST(KilledDelivery, LeavesAWholeModelForTheNextStart)

@@ -57,8 +57,9 @@ protected:
     [[nodiscard]] QByteArray lastStatusRequest()
     {
         const auto requests = backend->requests();
-        const auto last = std::find_if(requests.rbegin(), requests.rend(),
-                                       [](const QByteArray& target) { return target.startsWith(QByteArray(statusPath + "?")); });
+        const auto last = std::find_if(requests.rbegin(), requests.rend(), [](const QByteArray& target) {
+            return target.startsWith(QByteArray(statusPath + "?"));
+        });
         return last == requests.rend() ? QByteArray() : *last;
     }
 

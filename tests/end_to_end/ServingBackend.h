@@ -1,7 +1,8 @@
 #pragma once
 
+#include "support/ChildProcess.h"
+
 #include <QtCore/QByteArray>
-#include <QtCore/QProcess>
 #include <QtCore/QString>
 
 #include <memory>
@@ -55,7 +56,7 @@ private:
     /// The next line but for those of requests, which are kept.
     QByteArray nextLine();
 
-    QProcess _process;
+    ChildProcess _process;
     QString _baseUrl;
     std::vector<QByteArray> _requests;
 };

@@ -14,8 +14,6 @@ namespace kovalin::test {
 
 namespace {
 
-constexpr int capMillis = 120'000; // against a hang alone
-
 QString folderOfTheProcess()
 {
     static const QTemporaryDir folder;
@@ -78,27 +76,18 @@ SearchStart HostProgram::start(const QString& baseUrl, std::optional<int> fileSi
     if (fileSizeLimit) {
         arguments << QStringLiteral("--file-size-limit") << QString::number(*fileSizeLimit);
     }
-    QProcess process;
-    process.start(QStringLiteral(KOVALIN_DELIVERY_HOST), arguments);
-    if (!process.waitForFinished(capMillis) || process.exitStatus() != QProcess::NormalExit ||
-        process.exitCode() != 0) {
-        throw std::runtime_error("the host failed: " + process.readAllStandardError().toStdString());
+    ChildProcess process(QStringLiteral(KOVALIN_DELIVERY_HOST), arguments);
+    const QJsonObject line = QJsonDocument::fromJson(process.readAll()).object();
+    if (process.waitForExit() != 0) {
+        throw std::runtime_error("the host failed");
     }
-    const QJsonObject line = QJsonDocument::fromJson(process.readAllStandardOutput()).object();
     return {line.value(QStringLiteral("ready")).toBool(), texts(line.value(QStringLiteral("stickers"))),
             texts(line.value(QStringLiteral("tags")))};
 }
 
-std::unique_ptr<QProcess> HostProgram::beginStart(const QString& baseUrl)
+std::unique_ptr<ChildProcess> HostProgram::beginStart(const QString& baseUrl)
 {
-    auto process = std::make_unique<QProcess>();
-    process->setStandardOutputFile(QProcess::nullDevice());
-    process->setStandardErrorFile(QProcess::nullDevice());
-    process->start(QStringLiteral(KOVALIN_DELIVERY_HOST), {baseUrl, folder()});
-    if (!process->waitForStarted(capMillis)) {
-        throw std::runtime_error("the host can't be started");
-    }
-    return process;
+    return std::make_unique<ChildProcess>(QStringLiteral(KOVALIN_DELIVERY_HOST), QStringList{baseUrl, folder()});
 }
 
 } // namespace kovalin::test

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "end_to_end/SearchStart.h"
+#include "support/ChildProcess.h"
 
-#include <QtCore/QProcess>
 #include <QtCore/QString>
 #include <QtCore/QTemporaryDir>
 
@@ -42,7 +42,7 @@ public:
     [[nodiscard]] QString folder() const override { return _folder.path(); }
 
     /// A start that the caller ends, or sees to its end.
-    [[nodiscard]] std::unique_ptr<QProcess> beginStart(const QString& baseUrl);
+    [[nodiscard]] std::unique_ptr<ChildProcess> beginStart(const QString& baseUrl);
 
 private:
     QTemporaryDir _folder;

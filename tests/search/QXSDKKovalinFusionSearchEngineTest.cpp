@@ -15,9 +15,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <condition_variable>
 #include <mutex>
 #include <optional>
+#include <stdexcept>
+#include <utility>
 
 using namespace kovalin::test;
 using testing::ElementsAre;
@@ -83,6 +86,27 @@ protected:
         bool isDone = false;
         engine->processPacks(packs, [&isDone] { isDone = true; });
         ASSERT_TRUE(waitFor([&isDone, this] { return isDone && learned->comicIdToSticker(); }));
+    }
+
+    /// The prefix engine's queue lets go of a job's packs before its next job; those here don't go before the door is open.
+    void stopPrefixQueueAt(Door& door)
+    {
+        for (bool isStopped = false; !isStopped;) {
+            isStopped = true;
+            const auto passOffTheMainThread = [&door, &isStopped](const KovalinPack* last) {
+                if (kovalin::platform::isMainThread()) {
+                    isStopped =
+                        false; // the job was done before the call that asked for it, whose packs were the last then
+                } else {
+                    door.pass();
+                }
+                delete last;
+            };
+            bool isIndexed = false;
+            prefix->processPacks({KovalinPackPtr(new KovalinPack, passOffTheMainThread)},
+                                 [&isIndexed] { isIndexed = true; });
+            ASSERT_TRUE(waitFor([&isIndexed] { return isIndexed; }));
+        }
     }
 
     std::shared_ptr<std::optional<Found>> start(const QString& text)
@@ -215,6 +239,61 @@ TEST_F(QXSDKKovalinFusionSearchEngineTest, LeavesOutWhatComesAfterTwoSeconds)
     }
     EXPECT_TRUE(waitFor([this] { return classifier->predictions == 1; }));
     EXPECT_TRUE(search(QStringLiteral("a")).comics.contains(QStringLiteral("4"))) << "the next search has it again";
+}
+
+TEST_F(QXSDKKovalinFusionSearchEngineTest, TakesInWhatComesAfterTheWaitButBeforeItsOwnTurn)
+{
+    process(somePacks());
+    std::atomic<int> begun = 0;
+    Door first;
+    Door second;
+    classifier->beforePrediction = [&] {
+        (++begun == 1 ? first : second).open();
+    };
+    ManualWaitClock clock;
+    const auto found = start(QStringLiteral("a"));
+    first.pass();
+    learned->search(QStringLiteral("a"), soloOnly, [](const auto&, const auto&) {});
+    second.pass(); // so the first has been answered, and its answer waits for this thread
+    clock.waitForWaits(1);
+    clock.advance(std::chrono::seconds(2));
+    ASSERT_TRUE(waitFor([&found] { return found->has_value(); }));
+    EXPECT_TRUE((*found)->comics.contains(QStringLiteral("4")));
+    EXPECT_THAT((*found)->tags, testing::Contains(catchAll(QStringLiteral("a"))));
+    EXPECT_TRUE(waitFor([this] { return classifier->predictions == 2; }));
+}
+
+TEST_F(QXSDKKovalinFusionSearchEngineTest, AnswersFromTheModelAloneWhileAnIndexTakesTooLong)
+{
+    process(somePacks());
+    Door door;
+    stopPrefixQueueAt(door);
+
+    ManualWaitClock clock;
+    const auto found = start(QStringLiteral("a"));
+    clock.waitForWaits(1);
+    ASSERT_TRUE(waitFor([this] { return classifier->predictions == 1; }));
+    bool hasAnswered = false; // what the learned engine does after the search tells that the search is done
+    learned->processPacks(somePacks(), [&hasAnswered] { hasAnswered = true; });
+    ASSERT_TRUE(waitFor([&hasAnswered] { return hasAnswered; }));
+    EXPECT_FALSE(found->has_value());
+    clock.advance(std::chrono::seconds(2));
+    EXPECT_TRUE(waitFor([&found] { return found->has_value(); }));
+    EXPECT_EQ((*found)->comics, (QStringList{QStringLiteral("2"), QStringLiteral("4")}));
+    EXPECT_EQ((*found)->tags, (QStringList{QStringLiteral("b"), QStringLiteral("c"), catchAll(QStringLiteral("a"))}));
+    door.open();
+    process(somePacks()); // which comes after the packs that waited at the door
+}
+
+TEST_F(QXSDKKovalinFusionSearchEngineTest, AnswersWithNothingLearnedWhereTheModelFails)
+{
+    process(somePacks());
+    classifier->beforePrediction = [] {
+        throw std::length_error("too much");
+    };
+    const QStringList byTags{QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3")};
+    EXPECT_EQ(search(QStringLiteral("a")).comics, byTags);
+    EXPECT_EQ(comicIds(engine->searchWithExactMatch(QStringLiteral("a"), soloOnly)), byTags);
 }
 
 TEST_F(QXSDKKovalinFusionSearchEngineTest, WaitsForOneQueryAfterTheOther)

@@ -149,6 +149,13 @@ TEST(QXSDKKovalinLearnedSearchEngine, DoesntFindStickersWithoutAComicId)
     EXPECT_TRUE(engine.isInitialized()) << "packs without anything to find are packs";
 }
 
+TEST(QXSDKKovalinLearnedSearchEngine, PassesOverPacksAndStickersThatArentThere)
+{
+    Engine engine(bridged(scriptedClassifier({1})));
+    process(engine, {nullptr, pack(QStringLiteral("a"), {nullptr, solo(QStringLiteral("1"))}), nullptr});
+    EXPECT_EQ(search(engine, QStringLiteral("a")).comics, QStringList{QStringLiteral("1")});
+}
+
 TEST(QXSDKKovalinLearnedSearchEngine, ReplacesItsPacksAsAWhole)
 {
     Engine engine(bridged(scriptedClassifier({1, 4})));
@@ -184,6 +191,11 @@ TEST(QXSDKKovalinLearnedSearchEngine, AnswersWithNothingWhenTheModelFails)
     const Found found = search(engine, QStringLiteral("a"));
     EXPECT_THAT(found.comics, IsEmpty());
     EXPECT_THAT(found.tags, IsEmpty());
+    EXPECT_THAT(engine.searchWithExactMatch(QStringLiteral("a"), soloOnly), IsEmpty());
+    classifier->beforePrediction = [] {
+    };
+    EXPECT_EQ(search(engine, QStringLiteral("a")).comics, QStringList{QStringLiteral("1")})
+        << "the next one may be well";
 }
 
 TEST(QXSDKKovalinLearnedSearchEngine, CompletesEvenIfItIsGoneByThen)

@@ -199,8 +199,9 @@ bool PackedStrings::hasSameAt(std::size_t index, const PackedStrings& other) con
 
 std::size_t PackedStrings::hashAt(std::size_t index) const
 {
+    static const std::size_t seed = QHashSeed::globalSeed(); // a host may set another one, and hashes are kept
     const auto view = viewAt(index);
-    return view ? qHashBits(view->data(), static_cast<std::size_t>(view->size_bytes()), QHashSeed::globalSeed()) : 0;
+    return view ? qHashBits(view->data(), static_cast<std::size_t>(view->size_bytes()), seed) : 0;
 }
 
 } // namespace kovalin::platform
