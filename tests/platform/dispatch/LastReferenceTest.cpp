@@ -32,6 +32,13 @@ private:
 
 class LastReference : public testing::Test {
 protected:
+    /// What the object writes to mustn't go before it.
+    ~LastReference() override
+    {
+        large.reset();
+        EXPECT_TRUE(waitFor([this] { return end.load() != std::thread::id(); }));
+    }
+
     std::atomic<std::thread::id> end = std::thread::id();
     std::shared_ptr<Large> large = endingOffTheMainThread(std::make_unique<Large>(end));
 };
