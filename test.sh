@@ -47,6 +47,7 @@ if [[ ${CI:-} == true ]]; then
     build/bin/prefix_search_bench --quick
     build/bin/learned_search_bench --quick
     build/bin/fusion_search_bench --quick
+    build/bin/image_store_bench --quick
     run_tests release
     for preset in asan tsan; do
         build "$preset"
@@ -65,4 +66,5 @@ if $long; then
     build/bench/bin/prefix_search_bench
     build/bench/bin/learned_search_bench
     build/bench/bin/fusion_search_bench
+    build/bench/bin/image_store_bench
 fi

@@ -22,12 +22,20 @@ function(kovalin_add_kit_layers)
         LIBRARY QXSDKKovalinKit USES learned_search platform/foundation LIBRARIES Qt6::Core)
     kovalin_add_layer(platform/net        LIBRARY QXSDKKovalinKit USES platform/dispatch platform/foundation
                                           LIBRARIES Qt6::Core Qt6::Network)
+    kovalin_add_layer(platform/store      LIBRARY QXSDKKovalinKit USES platform/dispatch platform/foundation
+                                          LIBRARIES Qt6::Core Qt6::Gui SQLiteCpp)
     kovalin_add_layer(kits/core           LIBRARY QXSDKKovalinKit USES platform/foundation)
     kovalin_add_layer(kits/core/default   LIBRARY QXSDKKovalinKit USES kits/core platform/dispatch platform/foundation
                                           platform/net LIBRARIES SQLiteCpp)
+    kovalin_add_layer(kits/login          LIBRARY QXSDKKovalinKit USES kits/core platform/dispatch platform/foundation)
+    kovalin_add_layer(kits/login/default  LIBRARY QXSDKKovalinKit USES kits/login kits/core platform/dispatch
+                                          platform/foundation platform/net
+                                          LIBRARIES Qt6::Core Qt6::Gui Qt6::Network qt6keychain)
     kovalin_add_layer(telemetry/base      LIBRARY QXSDKKovalinKit USES kits/core platform/dispatch platform/foundation)
     kovalin_add_layer(search              LIBRARY QXSDKKovalinKit USES platform/dispatch platform/foundation platform/net
                                           kits/core telemetry/base learned_search/generated-src)
+    kovalin_add_layer(content             LIBRARY QXSDKKovalinKit USES search kits/login platform/dispatch
+                                          platform/foundation platform/net platform/store kits/core telemetry/base)
 endfunction()
 
 # kovalin_add_layer(<folder below src> LIBRARY <library> [USES <layer>…] [LIBRARIES <outside target>…])

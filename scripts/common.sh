@@ -4,14 +4,15 @@
 build_packages=(
     ca-certificates ccache cmake g++ ninja-build
     flatbuffers-compiler libflatbuffers-dev libfmt-dev
-    libcli11-dev libsqlite3-dev libsqlitecpp-dev nlohmann-json3-dev qt6-base-dev libgl-dev qt6-qpa-plugins
+    libcli11-dev libsqlite3-dev libsqlitecpp-dev nlohmann-json3-dev qt6-base-dev libgl-dev qt6-qpa-plugins qtkeychain-qt6-dev
+    libqt6svg6 qt6-image-formats-plugins # read SVG and WebP
     qt6-httpserver-dev qt6-websockets-dev # the second since the first is of no use without it, and does not ask for it
 )
 test_packages=(
     git libgmock-dev libgtest-dev python3-cbor2
 )
 bench_packages=(
-    libbenchmark-dev libfasttext-dev libsqlite3-dev libxapian-dev
+    libbenchmark-dev libfasttext-dev libxapian-dev
 )
 
 # install_packages PACKAGE…: installs those that are missing, quietly. Does nothing where there is no apt-get.

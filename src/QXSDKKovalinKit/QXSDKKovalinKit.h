@@ -2,6 +2,7 @@
 
 /// Everything that a host program may include.
 #include "QXSDKKovalinKit/Version.h"
+#include "content/QXSDKKovalinClientRequiredScope.h"
 #include "kits/core/QXSDKClientSetup.h"
 #include "kits/core/QXSDKDynamicConfig.h"
 #include "kits/core/QXSDKDynamicConfigManager.h"
@@ -9,6 +10,10 @@
 #include "kits/core/QXSDKOperationalMetricsQueue.h"
 #include "kits/core/default/QXSDKHttpDynamicConfigManager.h"
 #include "kits/core/default/QXSDKHttpOperationalMetricsQueue.h"
+#include "kits/login/QXSDKLoginClient.h"
+#include "kits/login/QXSDKLoginStatusObserver.h"
+#include "kits/login/default/QXSDKOAuthLoginClient.h"
+#include "kits/login/default/QXSDKTokenStore.h"
 #include "search/KovalinPack.h"
 #include "search/KovalinSticker.h"
 #include "search/QXSDKKovalinCategory.h"

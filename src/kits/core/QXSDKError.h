@@ -21,3 +21,9 @@ struct QXSDKError {
 {
     return {statusCode, description, reason};
 }
+
+/// The error for a user who is not logged in. Its number is that of an HTTP answer to a request without credentials.
+[[nodiscard]] inline QXSDKError logoutErrorWithReason(const QString& reason)
+{
+    return {401, QStringLiteral("The user is not logged in"), reason};
+}

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "learned_search/generated-src/Guarded.h"
+#include "platform/foundation/Guarded.h"
 
 #include <cstddef>
 #include <memory>
@@ -84,7 +84,7 @@ private:
     };
     using Entries = std::unordered_map<Key, std::weak_ptr<void>, KeyHash>;
 
-    Guarded<Entries> _entries;
+    kovalin::platform::Guarded<Entries> _entries;
 };
 
 /// The wrappers of native objects, by the native type. One for the process, made on first use. Any thread.

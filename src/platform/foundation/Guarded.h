@@ -3,7 +3,7 @@
 #include <mutex>
 #include <utility>
 
-namespace djinni {
+namespace kovalin::platform {
 
 /// A value behind a mutex, out of reach but through `with`. Any thread.
 template <class Value>
@@ -26,4 +26,4 @@ private:
     Value _value;
 };
 
-} // namespace djinni
+} // namespace kovalin::platform

@@ -1,0 +1,3 @@
+#include "content/ContentLog.h"
+
+Q_LOGGING_CATEGORY(kovalinContent, "kovalin.content")

@@ -1,0 +1,3 @@
+#include "kits/login/QXSDKLoginStatusObserver.h"
+
+QXSDKLoginStatusObserver::~QXSDKLoginStatusObserver() = default;

@@ -1,0 +1,3 @@
+#include "kits/login/default/LoginLog.h"
+
+Q_LOGGING_CATEGORY(kovalinLogin, "kovalin.login")
