@@ -75,4 +75,9 @@ Answer Answer::bytes(QByteArray bytes)
     return withType(200, QByteArrayLiteral("application/octet-stream"), std::move(bytes));
 }
 
+Answer Answer::png(QByteArray picture)
+{
+    return withType(200, QByteArrayLiteral("image/png"), std::move(picture));
+}
+
 } // namespace kovalin::backend

@@ -30,6 +30,7 @@ struct Answer {
     [[nodiscard]] static Answer json(const QJsonObject& object);
     [[nodiscard]] static Answer json(QByteArray document);
     [[nodiscard]] static Answer bytes(QByteArray bytes);
+    [[nodiscard]] static Answer png(QByteArray picture);
 };
 
 } // namespace kovalin::backend

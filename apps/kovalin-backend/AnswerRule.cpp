@@ -1,5 +1,7 @@
 #include "kovalin-backend/AnswerRule.h"
 
+#include "kovalin-backend/FirstWord.h"
+
 #include <QtCore/QList>
 
 #include <array>
@@ -46,6 +48,9 @@ std::optional<AnswerRule> ruleOf(const QList<QByteArray>& words)
             }
         }
     }
+    if (words.size() == 2 && words[0] == "with") {
+        return AnswerRule::withQuery(words[1]);
+    }
     if (words.size() == 2 && words[0] == "delay") {
         const auto delay = numberIn(words[1], 0, static_cast<int>(longestDelay.count()));
         return delay ? std::optional(AnswerRule::delayed(std::chrono::milliseconds(*delay))) : std::nullopt;
@@ -74,25 +79,37 @@ AnswerRule AnswerRule::delayed(std::chrono::milliseconds delay)
     return {.kind = Kind::Delay, .delay = delay};
 }
 
+AnswerRule AnswerRule::withQuery(QByteArray query)
+{
+    return {.kind = Kind::With, .query = std::move(query)};
+}
+
+AnswerRule AnswerRule::withBody(QByteArray json)
+{
+    return {.kind = Kind::Body, .body = std::move(json)};
+}
+
 std::variant<AnswerRule, QString> AnswerRule::fromText(QByteArrayView text)
 {
+    const auto [word, rest] = firstWord(text.toByteArray());
+    if (word == "body" && !rest.isEmpty()) {
+        return withBody(rest);
+    }
     if (auto rule = ruleOf(text.toByteArray().simplified().split(' '))) {
         return *rule;
     }
     return quoted(text) +
            QStringLiteral(" is no rule: ok, a status from 200 to 599 with or without retry-after SECONDS, "
-                          "delay MS up to a day, garbage, cut, nothing or refuse");
+                          "delay MS up to a day, with QUERY, body JSON, garbage, cut, nothing or refuse");
 }
 
 std::variant<PathRule, QString> PathRule::fromText(QByteArrayView text)
 {
-    const QByteArray words = text.toByteArray().simplified();
-    const qsizetype end = words.indexOf(' ');
-    const QByteArray path = words.first(end < 0 ? words.size() : end);
+    const auto [path, ruleText] = firstWord(text.toByteArray());
     if (!path.startsWith('/') || path.contains('?')) {
         return quoted(path) + QStringLiteral(" is no path: it begins with \"/\" and has no \"?\"");
     }
-    auto rule = AnswerRule::fromText(end < 0 ? QByteArray() : words.sliced(end + 1));
+    auto rule = AnswerRule::fromText(ruleText);
     if (auto* fault = std::get_if<QString>(&rule)) {
         return std::move(*fault);
     }

@@ -13,9 +13,12 @@ void AnswerRules::set(const PathRule& pathRule)
     }
 }
 
-AnswerRule AnswerRules::ruleFor(const QByteArray& path) const
+AnswerRule AnswerRules::ruleFor(const QByteArray& path, const QByteArray& operation) const
 {
     const std::lock_guard lock(_mutex);
+    if (const auto found = _ofPaths.find(path + '#' + operation); !operation.isEmpty() && found != _ofPaths.end()) {
+        return found->second;
+    }
     if (const auto found = _ofPaths.find(path); found != _ofPaths.end()) {
         return found->second;
     }

@@ -15,8 +15,9 @@ public:
     /// From the return of the call on the rule holds, in place of an earlier one for the same path.
     void set(const PathRule& pathRule);
 
-    /// That of the path itself, else that of its longest beginning, else `Usual`.
-    [[nodiscard]] AnswerRule ruleFor(const QByteArray& path) const;
+    /// That of the path and "#" and the operation, unless this is empty, else that of the path itself, else that of its longest
+    /// beginning, else `Usual`.
+    [[nodiscard]] AnswerRule ruleFor(const QByteArray& path, const QByteArray& operation = {}) const;
 
 private:
     mutable std::mutex _mutex;

@@ -48,17 +48,33 @@ std::shared_ptr<const ContentFolder> contentIn(const QString& folder)
 struct Backend::State {
     using Server = std::shared_ptr<std::unique_ptr<BackendServer>>;
 
-    const std::shared_ptr<BackendRecords> records = std::make_shared<BackendRecords>();
+    explicit State(std::chrono::seconds accessTokenLife)
+        : records(std::make_shared<BackendRecords>(accessTokenLife))
+    {
+    }
+
+    /// Runs jobs on the queue as long as there is one.
+    [[nodiscard]] PictureCache::Post post() const
+    {
+        return [weak = std::weak_ptr(queue)](std::function<void()> job) {
+            if (const auto strong = weak.lock()) {
+                strong->async(std::move(job));
+            }
+        };
+    }
+
+    const std::shared_ptr<BackendRecords> records;
     const Server server = std::make_shared<std::unique_ptr<BackendServer>>(); // what it holds: the queue's thread only
-    platform::ThreadQueue queue{QStringLiteral("Backend"),
-                                {.applicationWillEnd = {}, .threadWillEnd = [server = server] {
-                                     server->reset();
-                                 }}};
+    const std::shared_ptr<platform::ThreadQueue> queue = std::make_shared<platform::ThreadQueue>(
+        QStringLiteral("Backend"),
+        platform::ThreadQueueEvents{.applicationWillEnd = {}, .threadWillEnd = [server = server] {
+                                        server->reset();
+                                    }});
     QUrl baseUrl;
 };
 
 Backend::Backend(BackendOptions options)
-    : _state(std::make_unique<State>())
+    : _state(std::make_unique<State>(options.accessTokenLife))
 {
     const auto content = contentIn(options.contentFolder);
     for (const PathRule& rule : options.answers) {
@@ -68,8 +84,8 @@ Backend::Backend(BackendOptions options)
     // is still giving up such memory when Qt already calls it ended, and a program that ends then would leak it.
     static_cast<void>(QSslConfiguration::defaultConfiguration());
     QString fault;
-    runOn(_state->queue, [this, &options, &content, &fault] {
-        *_state->server = std::make_unique<BackendServer>(_state->records, std::move(options.events));
+    runOn(*_state->queue, [this, &options, &content, &fault] {
+        *_state->server = std::make_unique<BackendServer>(_state->records, std::move(options.events), _state->post());
         fault = (*_state->server)->start(content, options.port);
         _state->baseUrl = (*_state->server)->baseUrl();
     });
@@ -80,7 +96,7 @@ Backend::Backend(BackendOptions options)
 
 Backend::~Backend()
 {
-    runOn(_state->queue, [server = _state->server] { server->reset(); });
+    runOn(*_state->queue, [server = _state->server] { server->reset(); });
 }
 
 QUrl Backend::baseUrl() const
@@ -96,7 +112,7 @@ QUrl Backend::url(const QString& path) const
 void Backend::setAnswer(const PathRule& rule)
 {
     _state->records->rules.set(rule);
-    _state->queue.async([server = _state->server] {
+    _state->queue->async([server = _state->server] {
         if (*server) {
             (*server)->rulesChanged();
         }
@@ -116,6 +132,11 @@ void Backend::waitForRequests(std::size_t count) const
 TakenMetrics Backend::metrics() const
 {
     return _state->records->metrics.taken();
+}
+
+void Backend::expireAccessTokens()
+{
+    _state->records->grants.expireAccessTokens();
 }
 
 } // namespace kovalin::backend

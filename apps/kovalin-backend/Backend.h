@@ -9,6 +9,7 @@
 #include <QtCore/QString>
 #include <QtCore/QUrl>
 
+#include <chrono>
 #include <cstddef>
 #include <memory>
 #include <stdexcept>
@@ -33,16 +34,19 @@ struct BackendOptions {
     QList<PathRule> answers = {};
 
     BackendEvents events = {};
+
+    /// How long an access token is good.
+    std::chrono::seconds accessTokenLife = std::chrono::hours(1);
 };
 
-/// The development server: an HTTP server on 127.0.0.1, on a thread of its own, which serves a content folder, takes
-/// metrics, and can be told to fail, path by path. A client's base URLs are `baseUrl()` for content and `baseUrl()` +
-/// "/api" for the rest. Any thread.
+/// The development server: an HTTP server on 127.0.0.1, on a thread of its own, which serves a content folder, links accounts,
+/// answers queries in their name, takes metrics, and can be told to fail, path by path. A client's base URLs are `baseUrl()` for
+/// content, `baseUrl()` + "/accounts" for authentication and `baseUrl()` + "/api" for the rest. Any thread.
 ///
 /// Bodies of requests are at most 4 MiB long; 413 answers longer ones.
 ///
-/// Requires: an application object lives when it is made; the death of that object ends the server, and what waits
-/// for requests then waits for ever. Not to be destroyed in one of its events.
+/// Requires: an application object lives when it is made, a QGuiApplication if there shall be pictures; the death of that object
+/// ends the server, and what waits for requests then waits for ever. Not to be destroyed in one of its events.
 class Backend final {
 public:
     /// Listens when it returns. Throws BackendError when there is no such folder or the port is taken.
@@ -71,6 +75,9 @@ public:
 
     /// The metrics that were taken. An entry is among them before the client has its answer.
     [[nodiscard]] TakenMetrics metrics() const;
+
+    /// Ends all access tokens before their time; what can be refreshed can still be. Holds for requests that come after the return.
+    void expireAccessTokens();
 
 private:
     struct State;

@@ -2,8 +2,11 @@
 
 #include "kovalin-backend/ContentEndpoints.h"
 #include "kovalin-backend/ControlEndpoints.h"
+#include "kovalin-backend/GraphQLEndpoint.h"
 #include "kovalin-backend/MetricsEndpoints.h"
+#include "kovalin-backend/PictureEndpoints.h"
 #include "kovalin-backend/SizeLimit.h"
+#include "kovalin-backend/accounts/OAuthEndpoints.h"
 
 #include <utility>
 
@@ -28,9 +31,10 @@ std::function<void()> tooLargeEvent(const BackendEvents& events)
 
 } // namespace
 
-BackendServer::BackendServer(std::shared_ptr<BackendRecords> records, BackendEvents events)
+BackendServer::BackendServer(std::shared_ptr<BackendRecords> records, BackendEvents events, PictureCache::Post post)
     : _records(std::move(records))
     , _events(std::move(events))
+    , _post(std::move(post))
     , _endpoints(_events.faultFound)
     , _answers(_endpoints, std::shared_ptr<const AnswerRules>(_records, &_records->rules))
     , _listener({.requestCame = [this](Exchange exchange) { _requestCame(std::move(exchange)); },
@@ -42,14 +46,23 @@ QString BackendServer::start(const std::shared_ptr<const ContentFolder>& content
 {
     QString fault = _listener.listen(port);
     if (fault.isEmpty()) {
-        addContentEndpoints(_endpoints, content, baseUrl());
-        addMetricsEndpoints(_endpoints, std::shared_ptr<MetricsRecord>(_records, &_records->metrics), _events);
-        addControlEndpoints(_endpoints, [this](const PathRule& rule) {
-            _records->rules.set(rule);
-            rulesChanged();
-        });
+        _addEndpoints(content);
     }
     return fault;
+}
+
+void BackendServer::_addEndpoints(const std::shared_ptr<const ContentFolder>& content)
+{
+    const std::shared_ptr<Grants> grants(_records, &_records->grants);
+    addContentEndpoints(_endpoints, content, baseUrl());
+    addPictureEndpoints(_endpoints, content, std::make_shared<PictureCache>(_post));
+    addOAuthEndpoints(_endpoints, content, grants);
+    addGraphQLEndpoint(_endpoints, content, grants, baseUrl());
+    addMetricsEndpoints(_endpoints, std::shared_ptr<MetricsRecord>(_records, &_records->metrics), _events);
+    addControlEndpoints(_endpoints, [this](const PathRule& rule) {
+        _records->rules.set(rule);
+        rulesChanged();
+    });
 }
 
 QUrl BackendServer::baseUrl()

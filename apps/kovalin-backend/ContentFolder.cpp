@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <variant>
 
 namespace kovalin::backend {
 
@@ -50,15 +51,30 @@ QString modelFileName(qint32 version)
     return QString::number(version) + QStringLiteral(".bin");
 }
 
-/// Absent when it is one.
-std::optional<QString> configsFault(const QByteArray& content)
+/// The object in the file at `path`; an empty one where it is JSON of another kind.
+QJsonObject objectIn(const QString& path, const QByteArray& content)
 {
     QJsonParseError error;
     const auto document = QJsonDocument::fromJson(content, &error);
     if (error.error != QJsonParseError::NoError) {
-        return QStringLiteral("no JSON: %1, at byte %2").arg(error.errorString()).arg(error.offset);
+        throwFault(path, QStringLiteral("no JSON: %1, at byte %2").arg(error.errorString()).arg(error.offset));
     }
-    const QJsonObject object = document.object();
+    return document.object();
+}
+
+/// What was read of the file at `path`, unless that is a fault.
+template <class Value>
+Value valueOrFault(const QString& path, std::variant<Value, QString> read)
+{
+    if (const auto* fault = std::get_if<QString>(&read)) {
+        throwFault(path, *fault);
+    }
+    return std::get<Value>(std::move(read));
+}
+
+/// Absent when it is one.
+std::optional<QString> configsFault(const QJsonObject& object)
+{
     if (!object.value(u"ttlSeconds").isDouble()) {
         return QStringLiteral("\"ttlSeconds\" is no number");
     }
@@ -118,20 +134,63 @@ std::optional<QByteArray> ContentFolder::model(const QString& name, const QStrin
 
 QByteArray ContentFolder::configs() const
 {
-    const QString path = QDir(_path).filePath(QStringLiteral("configs.json"));
-    if (!QFileInfo::exists(path)) {
+    const QString name = QStringLiteral("configs.json");
+    auto content = _file(name);
+    if (!content) {
         return QByteArrayLiteral(R"({"ttlSeconds":3600,"configs":{"kovalinLearnedSearch":{"enabled":true}}})");
     }
-    QByteArray content = contentOf(path);
-    if (const auto fault = configsFault(content)) {
-        throwFault(path, *fault);
+    if (const auto fault = configsFault(objectIn(path(name), *content))) {
+        throwFault(path(name), *fault);
     }
-    return content;
+    return *std::move(content);
+}
+
+QByteArray ContentFolder::packs() const
+{
+    const QString name = QStringLiteral("packs.json");
+    auto content = _file(name);
+    if (!content) {
+        return QByteArrayLiteral(R"({"packs":[]})");
+    }
+    if (!objectIn(path(name), *content).value(u"packs").isArray()) {
+        throwFault(path(name), QStringLiteral("\"packs\" is no list"));
+    }
+    return *std::move(content);
+}
+
+std::optional<QByteArray> ContentFolder::templates() const
+{
+    return _file(QStringLiteral("templates.json"));
+}
+
+QList<Account> ContentFolder::accounts() const
+{
+    const QString name = QStringLiteral("accounts.json");
+    const auto content = _file(name);
+    return content ? valueOrFault(path(name), accountsIn(objectIn(path(name), *content))) : defaultAccounts();
+}
+
+KnownUsers ContentFolder::users() const
+{
+    const QString name = QStringLiteral("users.json");
+    const auto content = _file(name);
+    return content ? valueOrFault(path(name), knownUsersIn(objectIn(path(name), *content))) : KnownUsers();
+}
+
+QString ContentFolder::path(const QString& name) const
+{
+    return QDir(_path).filePath(name);
 }
 
 QString ContentFolder::_modelsPath() const
 {
-    return QDir(_path).filePath(QStringLiteral("models"));
+    return path(QStringLiteral("models"));
+}
+
+/// Absent when there is none.
+std::optional<QByteArray> ContentFolder::_file(const QString& name) const
+{
+    return QFileInfo::exists(path(name)) ? std::optional(contentOf(path(name))) : std::nullopt;
 }
 
 } // namespace kovalin::backend

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kovalin-backend/accounts/People.h"
+
 #include <QtCore/QByteArray>
 #include <QtCore/QList>
 #include <QtCore/QString>
@@ -20,6 +22,10 @@ public:
 ///
 ///     models/<name>/<version>.bin    a search model; other files there are ignored
 ///     configs.json                   the dynamic configuration
+///     packs.json                     the packs document
+///     templates.json                 what the stickers show
+///     accounts.json                  who can log in
+///     users.json                     the avatars of others
 class ContentFolder final {
 public:
     /// Throws ContentFault when there is no such folder.
@@ -37,8 +43,25 @@ public:
     /// or has another form.
     [[nodiscard]] QByteArray configs() const;
 
+    /// The packs document, {"packs":[…]}, with "{base}" and "{avatar}" in the URLs. Without a file there are no packs. Throws
+    /// ContentFault when the file can't be read or has another form.
+    [[nodiscard]] QByteArray packs() const;
+
+    /// The templates of the stickers, as they stand in the file; absent without one. Throws ContentFault when it can't be read.
+    [[nodiscard]] std::optional<QByteArray> templates() const;
+
+    /// At least one; `defaultAccounts` without a file. Throws ContentFault as `packs`.
+    [[nodiscard]] QList<Account> accounts() const;
+
+    /// Nobody without a file. Throws ContentFault as `packs`.
+    [[nodiscard]] KnownUsers users() const;
+
+    /// The path of a file in the folder.
+    [[nodiscard]] QString path(const QString& name) const;
+
 private:
     [[nodiscard]] QString _modelsPath() const;
+    [[nodiscard]] std::optional<QByteArray> _file(const QString& name) const;
 
     const QString _path;
 };

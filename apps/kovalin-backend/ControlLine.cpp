@@ -1,15 +1,16 @@
 #include "kovalin-backend/ControlLine.h"
 
+#include "kovalin-backend/FirstWord.h"
+
 namespace kovalin::backend {
 
 std::variant<PathRule, QString> readControlLine(QByteArrayView line)
 {
-    const QByteArray words = line.toByteArray().simplified();
-    constexpr QByteArrayView command = "backend ";
-    if (!words.startsWith(command)) {
+    const auto [command, order] = firstWord(line.toByteArray());
+    if (command != "backend" || order.isEmpty()) {
         return QStringLiteral("no such command: a line is \"backend PATH RULE\"");
     }
-    return PathRule::fromText(words.sliced(command.size()));
+    return PathRule::fromText(order);
 }
 
 } // namespace kovalin::backend

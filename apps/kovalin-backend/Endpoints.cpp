@@ -44,42 +44,53 @@ Endpoints::Endpoints(std::function<void(const QString& fault)> faultFound)
 
 void Endpoints::add(const QByteArray& method, const QString& path, Handler handler)
 {
+    addLate(method, path,
+            [handler = std::move(handler)](const Request& request, const QList<QString>& parts, const Done& done) {
+                done(handler(request, parts));
+            });
+}
+
+void Endpoints::addLate(const QByteArray& method, const QString& path, LateHandler handler)
+{
     _endpoints.push_back({method, path.mid(1).split(u'/'), std::move(handler)});
 }
 
-Answer Endpoints::answer(const Request& request) const
+void Endpoints::answer(const Request& request, const Done& done) const
 {
     const QList<QString> path = request.pathParts();
     QByteArray otherMethod;
     for (const Endpoint& endpoint : _endpoints) {
         const auto parts = match(endpoint.path, path);
         if (parts && endpoint.method == request.method) {
-            return _ask(endpoint, request, *parts);
+            _ask(endpoint, request, *parts, done);
+            return;
         }
         if (parts) {
             otherMethod = endpoint.method;
         }
     }
     if (otherMethod.isEmpty()) {
-        return Answer::text(notFound, QStringLiteral("There is nothing at %1").arg(QString::fromUtf8(request.path)));
+        done(Answer::text(notFound, QStringLiteral("There is nothing at %1").arg(QString::fromUtf8(request.path))));
+        return;
     }
     Answer answer = Answer::text(
         methodNotAllowed,
         QStringLiteral("%1 takes %2 only").arg(QString::fromUtf8(request.path), QString::fromLatin1(otherMethod)));
     answer.headers.emplaceBack(QByteArrayLiteral("Allow"), otherMethod);
-    return answer;
+    done(answer);
 }
 
-Answer Endpoints::_ask(const Endpoint& endpoint, const Request& request, const QList<QString>& parts) const
+void Endpoints::_ask(const Endpoint& endpoint, const Request& request, const QList<QString>& parts,
+                     const Done& done) const
 {
     try {
-        return endpoint.handler(request, parts);
+        endpoint.handler(request, parts, done);
     } catch (const ContentFault& fault) {
         const QString text = QString::fromUtf8(fault.what());
         if (_faultFound) {
             _faultFound(text);
         }
-        return Answer::text(internalServerError, text);
+        done(Answer::text(internalServerError, text));
     }
 }
 

@@ -87,7 +87,8 @@ int runProgram(const ProgramOptions& options)
     Backend backend({.contentFolder = QFile::decodeName(options.contentFolder.c_str()),
                      .port = options.port,
                      .answers = options.answers,
-                     .events = eventsAsLines()});
+                     .events = eventsAsLines(),
+                     .accessTokenLife = options.accessTokenLife});
     writeLine(QStringLiteral("listening on ") + backend.baseUrl().toString());
     const InputLines input({.lineCame = [&backend](const QByteArray& line) { obey(backend, line); },
                             .ended =

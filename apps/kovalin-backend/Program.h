@@ -2,6 +2,7 @@
 
 #include "kovalin-backend/Backend.h"
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,7 @@ struct ProgramOptions {
     std::string contentFolder; // in the encoding of the file system
     quint16 port = 0;
     QList<PathRule> answers;
+    std::chrono::seconds accessTokenLife = BackendOptions().accessTokenLife;
     bool isUntilEof = false;
 };
 

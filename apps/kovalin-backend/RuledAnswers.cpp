@@ -1,5 +1,7 @@
 #include "kovalin-backend/RuledAnswers.h"
 
+#include "kovalin-backend/GraphQLRequest.h"
+
 #include <QtCore/QTimer>
 #include <QtNetwork/QTcpSocket>
 
@@ -51,12 +53,12 @@ RuledAnswers::RuledAnswers(const Endpoints& endpoints, std::shared_ptr<const Ans
 
 void RuledAnswers::answer(const Exchange& exchange)
 {
-    _answer(exchange, _rules->ruleFor(exchange.request().path));
+    _answer(exchange, _rules->ruleFor(exchange.request().path, operationName(exchange.request())));
 }
 
 void RuledAnswers::answerAsUsual(const Exchange& exchange) const
 {
-    exchange.send(_endpoints.answer(exchange.request()));
+    _endpoints.answer(exchange.request(), [exchange](const Answer& answer) { exchange.send(answer); });
 }
 
 void RuledAnswers::rulesChanged()
@@ -66,6 +68,13 @@ void RuledAnswers::rulesChanged()
             answer(exchange);
         }
     }
+}
+
+void RuledAnswers::_answerWith(const QByteArray& query, const Exchange& exchange) const
+{
+    Request request = exchange.request();
+    request.query = request.query.isEmpty() ? query : QByteArray(query + '&' + request.query);
+    _endpoints.answer(request, [exchange](const Answer& answer) { exchange.send(answer); });
 }
 
 void RuledAnswers::_answer(const Exchange& exchange, const AnswerRule& rule)
@@ -82,11 +91,17 @@ void RuledAnswers::_answer(const Exchange& exchange, const AnswerRule& rule)
             callLater(rule.delay, socket, [this, exchange] { answerAsUsual(exchange); });
         }
         return;
+    case AnswerRule::Kind::With:
+        _answerWith(rule.query, exchange);
+        return;
+    case AnswerRule::Kind::Body:
+        exchange.send(Answer::json(rule.body));
+        return;
     case AnswerRule::Kind::Garbage:
         exchange.send(garbage());
         return;
     case AnswerRule::Kind::Cut:
-        exchange.sendHalf(_endpoints.answer(exchange.request()));
+        _endpoints.answer(exchange.request(), [exchange](const Answer& answer) { exchange.sendHalf(answer); });
         return;
     case AnswerRule::Kind::Nothing:
         if (exchange.socket()) {

@@ -26,6 +26,7 @@ public:
     void rulesChanged();
 
 private:
+    void _answerWith(const QByteArray& query, const Exchange& exchange) const;
     void _answer(const Exchange& exchange, const AnswerRule& rule);
 
     const Endpoints& _endpoints;

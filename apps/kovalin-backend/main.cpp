@@ -4,23 +4,28 @@
 #include "shared/CommandLine.h"
 #include "shared/StandardStreams.h"
 
-#include <QtCore/QCoreApplication>
+#include <QtGui/QGuiApplication>
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
 
+#include <chrono>
 #include <cstdio>
 #include <exception>
 #include <limits>
+#include <optional>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
 using namespace kovalin;
 
 namespace {
+
+constexpr int mostTokenSeconds = 365 * 24 * 3600;
 
 enum ExitCode { Ok = 0, BadInputGiven = 1, BadUsage = 2 };
 
@@ -48,19 +53,25 @@ struct Arguments {
     std::string content;
     quint16 port = 0;
     std::vector<std::string> answers;
+    int tokenSeconds = 3600;
     bool isUntilEof = false;
 };
 
 void addOptions(CLI::App& program, Arguments& arguments)
 {
     program
-        .add_option("--content", arguments.content,
-                    "The folder with what is served: models/NAME/VERSION.bin, configs.json")
+        .add_option(
+            "--content", arguments.content,
+            "The folder with what is served: models/NAME/VERSION.bin, and configs.json, packs.json, templates.json, "
+            "accounts.json, users.json where the usual won't do")
         ->type_name("DIR")
         ->required();
     program.add_option("--port", arguments.port, "The port to listen at; else one that the system chooses")
         ->type_name("N")
         ->check(portFault);
+    program.add_option("--token-seconds", arguments.tokenSeconds, "How long an access token is good; else an hour")
+        ->type_name("N")
+        ->check(CLI::Range(1, mostTokenSeconds));
     program.add_option("--answer", arguments.answers, "How to answer at a path, once an option; see below")
         ->type_name("\"PATH RULE\"")
         ->allow_extra_args(false)
@@ -68,7 +79,9 @@ void addOptions(CLI::App& program, Arguments& arguments)
     program.add_flag("--until-eof", arguments.isUntilEof, "End when standard input does");
     program.footer(
         "PATH is that of a request before \"?\"; with * at its end, all that begin so.\n"
-        "RULE is ok, a STATUS, STATUS retry-after SECONDS, delay MS, garbage, cut, nothing or refuse.\n"
+        "At /api/graphql, #avatar, #packs or #users behind it means one of the queries alone.\n"
+        "RULE is ok, a STATUS, STATUS retry-after SECONDS, delay MS, with QUERY, body JSON, garbage, cut, nothing or "
+        "refuse.\n"
         "A line \"backend PATH RULE\" on standard input makes a rule while it runs, and is answered with \"ok\".");
 }
 
@@ -77,6 +90,7 @@ backend::ProgramOptions optionsFrom(const Arguments& arguments)
     backend::ProgramOptions options{.contentFolder = cli::argumentAsGiven(arguments.content),
                                     .port = arguments.port,
                                     .answers = {},
+                                    .accessTokenLife = std::chrono::seconds(arguments.tokenSeconds),
                                     .isUntilEof = arguments.isUntilEof};
     for (const std::string& answer : arguments.answers) {
         options.answers.append(std::get<backend::PathRule>(backend::PathRule::fromText(cli::argumentAsGiven(answer))));
@@ -98,6 +112,23 @@ ExitCode answerParser(const CLI::App& program, const CLI::ParseError& error)
     std::fwrite(usage.data(), 1, usage.size(), stderr);
     return BadUsage;
 }
+
+QtMessageHandler usualHandler = nullptr;
+
+void dropWarning(QtMsgType type, const QMessageLogContext& context, const QString& text)
+{
+    if (type != QtWarningMsg) {
+        usualHandler(type, context, text);
+    }
+}
+
+/// While it lives nothing is heard of what a desktop program would miss, such as a session's runtime directory.
+class DroppedWarnings final {
+public:
+    DroppedWarnings() { usualHandler = qInstallMessageHandler(dropWarning); }
+    ~DroppedWarnings() { qInstallMessageHandler(usualHandler); }
+    Q_DISABLE_COPY_MOVE(DroppedWarnings)
+};
 
 int run(int argc, const char* const* argv)
 {
@@ -121,8 +152,11 @@ int main(int argc, char** argv)
     cli::prepareStandardStreams("kovalin-backend");
     // Texts are UTF-8 whatever the user's locale, and Qt would complain about any other.
     qputenv("LC_ALL", "C.UTF-8");
-    int argumentCountForQt = 1; // the options are ours alone
-    const QCoreApplication application(argumentCountForQt, argv);
+    int argumentCountForQt = 1;              // the options are ours alone
+    qputenv("QT_QPA_PLATFORM", "offscreen"); // it draws, and shows nothing
+    std::optional<DroppedWarnings> start(std::in_place);
+    const QGuiApplication application(argumentCountForQt, argv);
+    start.reset();
     try {
         return run(argc, argv);
     } catch (const cli::OutputClosed&) {

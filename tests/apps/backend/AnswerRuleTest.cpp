@@ -32,6 +32,18 @@ TEST(AnswerRuleText, IsOneOfTheRules)
     EXPECT_EQ(ruleIn("429 retry-after 0"), AnswerRule::withStatus(429, 0));
     EXPECT_EQ(ruleIn("delay 0"), AnswerRule::delayed(0ms));
     EXPECT_EQ(ruleIn("delay 86400000"), AnswerRule::delayed(24h));
+    EXPECT_EQ(ruleIn(" with  auto=deny&account=x "), AnswerRule::withQuery("auto=deny&account=x"));
+}
+
+TEST(AnswerRuleText, HasABodyAsItStands)
+{
+    EXPECT_EQ(ruleIn("body {}"), AnswerRule::withBody("{}"));
+    EXPECT_EQ(ruleIn(" body \t{\"a\":\n  \"b  c\"} \n"), AnswerRule::withBody("{\"a\":\n  \"b  c\"}"));
+    EXPECT_EQ(ruleIn("body ok"), AnswerRule::withBody("ok"));
+    const auto read = PathRule::fromText("/api/graphql#packs body {  }");
+    ASSERT_TRUE(std::holds_alternative<PathRule>(read));
+    EXPECT_EQ(std::get<PathRule>(read).path, "/api/graphql#packs");
+    EXPECT_EQ(std::get<PathRule>(read).rule, AnswerRule::withBody("{  }"));
 }
 
 TEST(AnswerRuleText, IsNothingElse)
@@ -60,6 +72,11 @@ TEST(AnswerRuleText, IsNothingElse)
                              "cut 5",
                              "nothing at all",
                              "ok ok",
+                             "with",
+                             "with a b",
+                             "body",
+                             "body ",
+                             "bodies {}",
                              "\xFF"}) {
         const auto read = AnswerRule::fromText(text);
         ASSERT_TRUE(std::holds_alternative<QString>(read)) << text;
@@ -122,6 +139,21 @@ TEST(AnswerRulesOfPaths, AreUsualUnlessSaidOtherwise)
     EXPECT_EQ(rules.ruleFor("/"), AnswerRule{});
     rules.set({"/x", {}});
     EXPECT_EQ(rules.ruleFor("/x"), AnswerRule{});
+}
+
+TEST(AnswerRulesOfPaths, GoByTheOperationFirst)
+{
+    AnswerRules rules;
+    rules.set({"/a*", AnswerRule::withStatus(500)});
+    rules.set({"/a#x", AnswerRule::withStatus(501)});
+    EXPECT_EQ(rules.ruleFor("/a", "x"), AnswerRule::withStatus(501));
+    EXPECT_EQ(rules.ruleFor("/a", "y"), AnswerRule::withStatus(500));
+    EXPECT_EQ(rules.ruleFor("/a"), AnswerRule::withStatus(500));
+    rules.set({"/a", AnswerRule::withStatus(502)});
+    rules.set({"/a#x", {}});
+    EXPECT_EQ(rules.ruleFor("/a", "x"), AnswerRule{});
+    EXPECT_EQ(rules.ruleFor("/a", "y"), AnswerRule::withStatus(502));
+    EXPECT_EQ(rules.ruleFor("/b", "x"), AnswerRule{});
 }
 
 TEST(AnswerRulesOfPaths, GoByThePathItselfAndThenByItsLongestBeginning)

@@ -117,6 +117,29 @@ TEST_F(Program, TakesRulesFromTheCommandLine)
     EXPECT_EQ(get(server, kConfigs).data.size(), 64);
 }
 
+TEST_F(Program, ServesTheExampleContentWithoutAWordOfComplaint)
+{
+    BackendProgram program(
+        {QStringLiteral("--content"), QStringLiteral(KOVALIN_EXAMPLE_CONTENT), QStringLiteral("--until-eof")});
+    const QUrl server = program.readAddress();
+    for (const char* path : {"/api/configs", "/content/models/LearnedSearch", "/avatars/alex-1.png",
+                             "/stickers/hello-wave/alex-1.png", "/stickers/big-hug/alex-1/bea-2.png"}) {
+        EXPECT_EQ(get(server, QByteArray(path)).status, 200) << path;
+    }
+    program.closeInput();
+    EXPECT_EQ(program.exitCode(), 0);
+    EXPECT_EQ(program.errors(), "");
+}
+
+TEST_F(Program, TakesBodiesWithSpacesAndTheLifeOfTokens)
+{
+    BackendProgram program(arguments({QStringLiteral("--token-seconds"), QStringLiteral("5")}));
+    const QUrl server = program.readAddress();
+    program.write("backend /api/configs body { \"a\":  1 }\n");
+    EXPECT_EQ(program.readLine(), "ok");
+    EXPECT_EQ(get(server, kConfigs).data, "{ \"a\":  1 }");
+}
+
 TEST_F(Program, NamesContentThatCantBeUsedOnStandardError)
 {
     content.write(QStringLiteral("configs.json"), "[]");
@@ -191,6 +214,7 @@ TEST_F(Program, RefusesWrongUsage)
                                    arguments({QStringLiteral("--port"), QStringLiteral("70000")}),
                                    arguments({QStringLiteral("--port"), QStringLiteral("x")}),
                                    arguments({QStringLiteral("--answer"), QStringLiteral("/x okay")}),
+                                   arguments({QStringLiteral("--token-seconds"), QStringLiteral("0")}),
                                    arguments({QStringLiteral("--answer"), QStringLiteral("/x"), QStringLiteral("ok")})};
     for (const QStringList& each : wrong) {
         BackendProgram program(each);

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <QtGui/QColor>
+
+#include <array>
+#include <string_view>
+
+namespace kovalin::drawing {
+
+/// The few colours that all drawings share.
+namespace colours {
+inline constexpr QColor ink{0x2A, 0x1F, 0x3D};
+inline constexpr QColor paper{0xFF, 0xFF, 0xFF};
+inline constexpr QColor edge{0xD5, 0xD3, 0xE0}; // a hair's breadth around the paper, for white backgrounds
+inline constexpr QColor red{0xF2, 0x4B, 0x5B};
+inline constexpr QColor darkRed{0x8E, 0x1F, 0x3F};
+inline constexpr QColor pink{0xFF, 0x8F, 0xAB};
+inline constexpr QColor blush{0xFF, 0x6F, 0x7D};
+inline constexpr QColor orange{0xFF, 0x96, 0x3D};
+inline constexpr QColor yellow{0xFF, 0xCB, 0x3D};
+inline constexpr QColor cream{0xFF, 0xF1, 0xD0};
+inline constexpr QColor green{0x3F, 0xC3, 0x80};
+inline constexpr QColor darkGreen{0x1E, 0x8A, 0x5B};
+inline constexpr QColor teal{0x2B, 0xB9, 0xB4};
+inline constexpr QColor sky{0x53, 0xB9, 0xFF};
+inline constexpr QColor water{0x8F, 0xD6, 0xFF};
+inline constexpr QColor blue{0x3E, 0x6F, 0xE8};
+inline constexpr QColor navy{0x2C, 0x36, 0x7A};
+inline constexpr QColor violet{0x8A, 0x66, 0xF2};
+inline constexpr QColor lilac{0xD7, 0xCB, 0xFF};
+inline constexpr QColor brown{0x8A, 0x52, 0x34};
+inline constexpr QColor darkBrown{0x55, 0x30, 0x25};
+inline constexpr QColor tan{0xE3, 0xB0, 0x7A};
+inline constexpr QColor grey{0xA9, 0xAE, 0xC0};
+inline constexpr QColor darkGrey{0x5B, 0x5E, 0x78};
+inline constexpr QColor mist{0xE6, 0xE9, 0xF3};
+} // namespace colours
+
+/// What colours a template's motif and lettering.
+struct Palette {
+    std::string_view name;
+    QColor main;   // lettering, large motifs
+    QColor soft;   // what lies behind the figure
+    QColor accent; // small things
+};
+
+inline constexpr std::array<Palette, 12> palettes{{
+    {"sunny", {0xFF, 0xC2, 0x2E}, {0xFF, 0xE9, 0xA6}, {0xFF, 0x7F, 0x50}},
+    {"rose", {0xFF, 0x5C, 0x86}, {0xFF, 0xD0, 0xDC}, {0xFF, 0xC2, 0x2E}},
+    {"sky", {0x45, 0xB4, 0xFF}, {0xC6, 0xE9, 0xFF}, {0xFF, 0xC2, 0x2E}},
+    {"mint", {0x35, 0xCB, 0x92}, {0xC4, 0xF3, 0xDD}, {0xFF, 0x8F, 0xAB}},
+    {"grape", {0x90, 0x6B, 0xF5}, {0xE0, 0xD6, 0xFF}, {0xFF, 0xC2, 0x2E}},
+    {"coral", {0xFF, 0x7A, 0x5C}, {0xFF, 0xD9, 0xCC}, {0x2B, 0xB9, 0xB4}},
+    {"night", {0xFF, 0xDE, 0x7A}, {0x4A, 0x4A, 0x9C}, {0xBF, 0xC6, 0xFF}},
+    {"storm", {0x7C, 0x8D, 0xB0}, {0xD3, 0xDA, 0xE8}, {0x53, 0xB9, 0xFF}},
+    {"lime", {0x9B, 0xD8, 0x2E}, {0xE6, 0xF6, 0xB8}, {0xFF, 0x96, 0x3D}},
+    {"fire", {0xFF, 0x4F, 0x3D}, {0xFF, 0xCF, 0x8A}, {0xFF, 0xC2, 0x2E}},
+    {"teal", {0x2B, 0xB9, 0xB4}, {0xBF, 0xEE, 0xE9}, {0xFF, 0x7A, 0x5C}},
+    {"cocoa", {0xC9, 0x84, 0x55}, {0xF4, 0xDD, 0xC2}, {0xFF, 0x8F, 0xAB}},
+}};
+
+/// A colour between the two; a share of 0 is the first.
+[[nodiscard]] inline QColor mixed(const QColor& first, const QColor& second, float share)
+{
+    const auto between = [&](float one, float other) {
+        return one + (other - one) * share;
+    };
+    return QColor::fromRgbF(between(first.redF(), second.redF()), between(first.greenF(), second.greenF()),
+                            between(first.blueF(), second.blueF()));
+}
+
+/// The colour darkened (below 1) or lightened (above 1) in its own hue.
+[[nodiscard]] inline QColor shaded(const QColor& colour, qreal factor)
+{
+    return factor < 1 ? QColor::fromRgbF(static_cast<float>(colour.redF() * factor),
+                                         static_cast<float>(colour.greenF() * factor),
+                                         static_cast<float>(colour.blueF() * factor))
+                      : colour.lighter(static_cast<int>(factor * 100));
+}
+
+} // namespace kovalin::drawing
