@@ -93,8 +93,7 @@ private:
     kovalin::platform::PackedStrings _strings; // comicId, url, templateId and the tags
     bool _hasTags = false;
     bool _isFriendvalin = false;
-    quint32 _hash =
-        0; // of comicId and url, kept since looking for one sticker among many would fetch the strings of all
+    quint32 _hash = 0; // kept, since looking for a sticker among many would fetch the strings of all
 };
 
 /// A shared sticker; never null in a list.
