@@ -8,7 +8,6 @@
 #include "search/ModelFiles.h"
 #include "search/SearchLog.h"
 
-#include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 
