@@ -159,9 +159,14 @@ void QXSDKKovalinLearnedSearchEngine::loadModel(LoadCallback callback)
             QStringLiteral("LearnedSearch"),
             [weakState, callback](const std::shared_ptr<QXNativeModelFileBuffer>& buffer) {
                 const auto state = weakState.lock();
-                const bool isLoaded = state && buffer;
+                std::shared_ptr<QXNativeLearnedSearchClassifier> classifier;
+                if (state && buffer) {
+                    classifier = answerOrNothing(
+                        [&] { return QXNativeLearnedSearchClassifier::learnedSearchClassifierWithBuffer(buffer); });
+                }
+                const bool isLoaded = classifier != nullptr;
                 if (isLoaded) {
-                    state->setClassifier(QXNativeLearnedSearchClassifier::learnedSearchClassifierWithBuffer(buffer));
+                    state->setClassifier(classifier);
                 }
                 dispatchMain([weakState, isLoaded, callback] {
                     const auto loadedState = weakState.lock();
