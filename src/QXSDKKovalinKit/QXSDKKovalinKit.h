@@ -3,6 +3,7 @@
 /// Everything that a host program may include.
 #include "QXSDKKovalinKit/Version.h"
 #include "content/QXSDKKovalinClientRequiredScope.h"
+#include "kits/core/QXSDKAnalyticsEventsQueue.h"
 #include "kits/core/QXSDKClientSetup.h"
 #include "kits/core/QXSDKDynamicConfig.h"
 #include "kits/core/QXSDKDynamicConfigManager.h"

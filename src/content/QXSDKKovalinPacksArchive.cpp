@@ -22,10 +22,11 @@ using namespace kovalin::platform;
 /// What the archive's jobs work on. Apart from the archive, so that jobs can outlive it.
 class QXSDKKovalinPacksArchive::State final {
 public:
-    [[nodiscard]] std::optional<KovalinPackList> unarchive()
+    void unarchive(const UnarchiveCompletion& completion)
     {
         if (_didUnarchive) {
-            return _packsToArchive;
+            completion(_packsToArchive);
+            return;
         }
         std::exception_ptr other;
         try {
@@ -37,10 +38,10 @@ public:
         }
         _didUnarchive = true;
         _clearFromDisk();
+        completion(_packsToArchive);
         if (other) {
             std::rethrow_exception(other);
         }
-        return _packsToArchive;
     }
 
     void archive(const KovalinPackList& packs)
@@ -108,7 +109,7 @@ QXSDKKovalinPacksArchive::~QXSDKKovalinPacksArchive() = default;
 
 void QXSDKKovalinPacksArchive::unarchivePacksWithCompletion(UnarchiveCompletion completion)
 {
-    _queue->async([state = _state, completion = std::move(completion)] { completion(state->unarchive()); });
+    _queue->async([state = _state, completion = std::move(completion)] { state->unarchive(completion); });
 }
 
 void QXSDKKovalinPacksArchive::archivePacks(const KovalinPackList& packs)

@@ -180,9 +180,14 @@ void QXSDKKovalinStickerDataProvider::qxsdkLoginLinkDidFail()
     _state = State::LoggedOut;
 }
 
-/// A state that doesn't change is told to nobody, not even an error with it.
+/// Loading is entered silently, also when a failed fetch goes back to reading the archive. A state that doesn't change is told to
+/// nobody, not even an error with it.
 void QXSDKKovalinStickerDataProvider::_notifyStateChange(State newState, const std::optional<QXSDKError>& error)
 {
+    if (newState == State::LoadingArchive || newState == State::LoadingRemote) {
+        _state = newState;
+        return;
+    }
     if (newState == _state) {
         return;
     }

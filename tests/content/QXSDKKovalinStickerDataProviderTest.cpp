@@ -242,6 +242,27 @@ TEST_F(QXSDKKovalinStickerDataProviderTest, RepeatsFreshPacksWhenTheArchiveComes
     EXPECT_EQ(provider->state(), State::FreshContent);
 }
 
+TEST_F(QXSDKKovalinStickerDataProviderTest, GoesBackToReadingTheArchiveSilentlyWhereAFetchBegunMeanwhileFails)
+{
+    store(QStringLiteral("old"));
+    std::atomic<bool> mayGoOn = false;
+    archive->unarchivePacksWithCompletion([&mayGoOn](const auto&) {
+        while (!mayGoOn) { // holds the archive's queue up
+            std::this_thread::yield();
+        }
+    });
+    store(QStringLiteral("old"));
+    provider->loadContentFromArchivedPacks();
+    provider->loadContentForLoggedInState();
+    fail(500);
+    EXPECT_EQ(provider->state(), State::LoadingArchive);
+    EXPECT_THAT(observer->told(), IsEmpty());
+    mayGoOn = true;
+    drainArchive();
+    EXPECT_THAT(observer->told(), ElementsAre(QStringLiteral("loaded old in 4")));
+    EXPECT_EQ(provider->state(), State::ArchivedContent);
+}
+
 TEST_F(QXSDKKovalinStickerDataProviderTest, StaysFreshWhereTheArchiveIsReadForFreshContentWithoutPacks)
 {
     store(QStringLiteral("a"));
