@@ -24,6 +24,8 @@ namespace {
 constexpr float downloadSampleRate = 0.05F;
 /// What a picture costs of the memory level's limit, which so is a count.
 constexpr qsizetype costOfAnImage = 1;
+/// A sticker has some ten kilobytes; an answer above this is no sticker, and fails.
+constexpr qsizetype maxPictureBytes = qsizetype(16) * 1024 * 1024;
 
 QString absoluteString(const QUrl& url)
 {
@@ -114,7 +116,7 @@ private:
     {
         const double start = currentTimeSeconds();
         const auto task = UrlSession::shared().dataTask(
-            {.url = url}, [weakSelf = weak_from_this(), url, start](const QByteArray& data,
+            {.url = url, .maxAnswerBytes = maxPictureBytes}, [weakSelf = weak_from_this(), url, start](const QByteArray& data,
                                                                     const std::optional<UrlResponse>& response,
                                                                     const std::optional<UrlError>& error) {
                 if (const auto self = weakSelf.lock()) {

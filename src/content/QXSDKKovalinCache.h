@@ -36,7 +36,7 @@ public:
     Q_DISABLE_COPY_MOVE(QXSDKKovalinCache)
 
     /// Gets the picture. The callback, known by its pointer, which must not be null, runs on the cache's queue, which it must not
-    /// block: exactly once, or never after it was cancelled. A picture that can't be had is null.
+    /// block: exactly once, or never after it was cancelled. A picture that can't be had, or has more than 16 MiB, is null.
     void fetchKovalinWithURL(const QUrl& url, const KovalinImageCallbackPtr& completion);
 
     /// Takes the callback away from those that wait for the picture; nothing where it doesn't wait. The last one to leave ends

@@ -15,7 +15,9 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <map>
 #include <random>
+#include <set>
 #include <thread>
 
 using namespace kovalin::platform;
@@ -357,29 +359,31 @@ TEST_F(QXSDKKovalinCacheTest, NeverCallsThoseWhoWaitWhenItIsGone)
 
 TEST_F(QXSDKKovalinCacheTest, CallsEachWaiterOnceUnlessItCancelsHoweverManyThreadsThereAre)
 {
-    constexpr int urls = 500;
-    constexpr int fetches = 10'000;
-    constexpr int threads = 4;
+    constexpr unsigned urls = 500;
+    constexpr std::size_t fetches = 10'000;
+    constexpr std::size_t threads = 4;
     const QByteArray picture = png(qRgb(7, 7, 7));
-    for (int i = 0; i < urls; ++i) {
+    for (unsigned i = 0; i < urls; ++i) {
         server.script(QByteArray("/p") + QByteArray::number(i), ScriptedAnswer::ok(picture));
     }
     std::vector<std::unique_ptr<Waiter>> waiters(fetches);
+    std::vector<unsigned> urlOf(fetches, 0);
     std::vector<char> isCancelled(fetches, 0);
     for (auto& waiter : waiters) {
         waiter = std::make_unique<Waiter>();
     }
     std::vector<std::thread> workers;
-    for (int thread = 0; thread < threads; ++thread) {
+    for (std::size_t thread = 0; thread < threads; ++thread) {
         workers.emplace_back([&, thread] {
             std::mt19937 random(static_cast<unsigned>(thread));
-            for (int i = thread; i < fetches; i += threads) {
-                const auto index = static_cast<std::size_t>(i);
-                const QUrl picked = server.url(QStringLiteral("/p%1").arg(random() % urls));
-                cache->fetchKovalinWithURL(picked, waiters[index]->callback);
-                if (random() % 3 == 0) {
-                    isCancelled[index] = 1;
-                    cache->cancelKovalinFetch(waiters[index]->callback, picked);
+            for (std::size_t i = thread; i < fetches; i += threads) {
+                urlOf[i] = static_cast<unsigned>(random()) % urls;
+                const QUrl picked = server.url(QStringLiteral("/p%1").arg(urlOf[i]));
+                cache->fetchKovalinWithURL(picked, waiters[i]->callback);
+                // Pictures with an even number are wanted by all who come.
+                if (urlOf[i] % 2 == 1 && random() % 3 == 0) {
+                    isCancelled[i] = 1;
+                    cache->cancelKovalinFetch(waiters[i]->callback, picked);
                 }
             }
         });
@@ -387,17 +391,31 @@ TEST_F(QXSDKKovalinCacheTest, CallsEachWaiterOnceUnlessItCancelsHoweverManyThrea
     for (auto& worker : workers) {
         worker.join();
     }
-    for (std::size_t i = 0; i < waiters.size(); ++i) {
+    for (std::size_t i = 0; i < fetches; ++i) {
         if (isCancelled[i] == 0) {
             ASSERT_TRUE(waiters[i]->isCalled()) << i;
         }
     }
     drain();
-    for (std::size_t i = 0; i < waiters.size(); ++i) {
+    std::set<unsigned> wanted;
+    for (std::size_t i = 0; i < fetches; ++i) {
         EXPECT_LE(waiters[i]->calls, 1) << i;
+        if (urlOf[i] % 2 == 0) {
+            EXPECT_EQ(waiters[i]->pictures, 1) << i;
+            wanted.insert(urlOf[i]);
+        }
     }
-    // No download but for those who wait: no more of them than there were first ones to wait.
-    EXPECT_GE(server.requests().size(), static_cast<std::size_t>(urls));
+    std::map<unsigned, int> downloads;
+    for (const ReceivedRequest& request : server.requests()) {
+        ++downloads[request.target.startsWith("/p") ? request.target.sliced(2).toUInt() : urls];
+    }
+    for (const unsigned url : wanted) {
+        EXPECT_EQ(downloads[url], 1) << url;
+    }
+    // Each fetch joined others, or counts as one load: the last one here is that of `drain`.
+    EXPECT_TRUE(waitFor([&] {
+        return counted(QStringLiteral("imageload:solovalin")) + observer->added == static_cast<qint64>(fetches) + 1;
+    }));
 }
 
 TEST_F(QXSDKKovalinCacheTest, DownloadsEachWantedPictureOnce)

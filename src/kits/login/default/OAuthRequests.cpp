@@ -14,6 +14,9 @@ namespace {
 // A token's answer has some kilobytes.
 constexpr qsizetype kMaxTokenAnswerBytes = qsizetype(1024) * 1024;
 
+// The packs of ten thousand stickers have some megabytes.
+constexpr qsizetype kMaxUserDataBytes = qsizetype(32) * 1024 * 1024;
+
 using Fields = std::initializer_list<std::pair<const char*, QString>>;
 
 /// Everything but letters, digits, "-", ".", "_" and "~" is percent-encoded, which each reader of a form or a query understands.
@@ -130,5 +133,6 @@ UrlRequest userDataRequest(const QXSDKClientSetup& setup, const OAuthLink& link,
             },
         .body = body,
         .idleTimeout = timeout,
+        .maxAnswerBytes = kMaxUserDataBytes,
     };
 }

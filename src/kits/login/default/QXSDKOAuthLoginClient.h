@@ -46,7 +46,7 @@ struct QXSDKKOVALINKIT_EXPORT QXSDKOAuthLoginOptions {
 ///   authentication service's answer, 403 where the user refused, 500 for an answer that can't be read, 0 for everything else.
 /// - Queries: a POST of JSON to "/graphql" below `apiBaseUrl`. An access token that has run out, or that is answered with 401,
 ///   is replaced first, once a query and for all queries at the same time. Where the server refuses to, the link ends. Failures:
-///   0 where there is no answer, the status of an answer but 200, 500 for one that is no JSON object, and the error for a user
+///   0 where there is no answer or one of more than 32 MiB, the status of an answer but 200, 500 for one that is no JSON object, and the error for a user
 ///   who isn't logged in, with true, where the account's link has ended meanwhile: no answer for it is given out then.
 /// - Callbacks of queries run on a queue of this object, one at a time, and shouldn't block. Where the application object goes first,
 ///   they and login completions run where their work is dropped, and observers hear no more.
