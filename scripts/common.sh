@@ -10,7 +10,7 @@ build_packages=(
     qt6-httpserver-dev qt6-websockets-dev # the second since the first is of no use without it, and does not ask for it
 )
 test_packages=(
-    git libgmock-dev libgtest-dev python3-cbor2
+    dbus-daemon git gnome-keyring libgmock-dev libgtest-dev libsecret-1-0 python3-cbor2
 )
 bench_packages=(
     libbenchmark-dev libfasttext-dev libxapian-dev
