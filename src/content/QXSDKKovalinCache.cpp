@@ -115,14 +115,15 @@ private:
     void download(const QUrl& url)
     {
         const double start = currentTimeSeconds();
-        const auto task = UrlSession::shared().dataTask(
-            {.url = url, .maxAnswerBytes = maxPictureBytes}, [weakSelf = weak_from_this(), url, start](const QByteArray& data,
-                                                                    const std::optional<UrlResponse>& response,
-                                                                    const std::optional<UrlError>& error) {
-                if (const auto self = weakSelf.lock()) {
-                    self->downloadDidEnd(url, start, data, response, error);
-                }
-            });
+        const auto task =
+            UrlSession::shared().dataTask({.url = url, .maxAnswerBytes = maxPictureBytes},
+                                          [weakSelf = weak_from_this(), url,
+                                           start](const QByteArray& data, const std::optional<UrlResponse>& response,
+                                                  const std::optional<UrlError>& error) {
+                                              if (const auto self = weakSelf.lock()) {
+                                                  self->downloadDidEnd(url, start, data, response, error);
+                                              }
+                                          });
         _tasks.with([&](Tasks& tasks) { tasks.insert(url, task); });
         task->resume();
     }
