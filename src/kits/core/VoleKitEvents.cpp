@@ -23,12 +23,15 @@ void writeText(picoproto_ctx_s* message, std::uint32_t field, const QString& tex
 
 picoproto_ctx_s* VoleKitEvents::kitEventBaseWithKitType(int kitType)
 {
+    // Each asking reads a file.
+    static const auto& osName = *new const QString(QSysInfo::productType());
+    static const auto& osVersion = *new const QString(QSysInfo::productVersion());
     picoproto_ctx_s* const base = picoproto_new("KitEventBase");
     picoproto_write_varint_field(base, kitTypeField, static_cast<std::uint64_t>(kitType));
     writeText(base, clientIdField, QXSDKClientSetup::shared()->clientId);
     writeText(base, localeField, QLocale::system().bcp47Name());
-    writeText(base, osNameField, QSysInfo::productType());
-    writeText(base, osVersionField, QSysInfo::productVersion());
+    writeText(base, osNameField, osName);
+    writeText(base, osVersionField, osVersion);
     return base;
 }
 
