@@ -17,7 +17,7 @@ function(kovalin_add_kit_layers)
     set(KOVALIN_LAYERS_PRECOMPILED kovalin_precompiled)
 
     kovalin_add_layer(platform/dispatch   LIBRARY QXSDKKovalinKit LIBRARIES Qt6::Core)
-    kovalin_add_layer(platform/foundation LIBRARY QXSDKKovalinKit LIBRARIES Qt6::Core Qt6::Gui)
+    kovalin_add_layer(platform/foundation LIBRARY QXSDKKovalinKit LIBRARIES Qt6::Core Qt6::Gui Qt6::Svg)
     kovalin_add_layer(learned_search/generated-src
         LIBRARY QXSDKKovalinKit USES learned_search platform/foundation LIBRARIES Qt6::Core)
     kovalin_add_layer(platform/net        LIBRARY QXSDKKovalinKit USES platform/dispatch platform/foundation
@@ -36,6 +36,8 @@ function(kovalin_add_kit_layers)
                                           kits/core telemetry/base learned_search/generated-src)
     kovalin_add_layer(content             LIBRARY QXSDKKovalinKit USES search kits/login platform/dispatch
                                           platform/foundation platform/net platform/store kits/core telemetry/base)
+    kovalin_add_layer(picker/config       LIBRARY QXSDKKovalinKit USES platform/foundation)
+    kovalin_add_resources(kovalin_picker_config_objects)
 endfunction()
 
 # kovalin_add_layer(<folder below src> LIBRARY <library> [USES <layer>…] [LIBRARIES <outside target>…])

@@ -42,6 +42,12 @@ if(NOT output MATCHES "^[0-9]+ stickers, best tag [a-z]+")
 endif()
 check_readme_shows(FirstSearch.cpp)
 
+build_consumer(theme . "-DFIRST_SEARCH_SOURCE=${SOURCE_DIR}/tests/docs/FirstTheme.cpp")
+run("${WORK_DIR}/theme/first_search")
+if(NOT output STREQUAL "de, background #202224\nsearchPillColors cannot be empty!\n")
+    message(FATAL_ERROR "The consumer of themes and texts printed: ${output}")
+endif()
+
 # Qt can't be found here: the native core must not need it.
 build_consumer(prediction native "-DFIRST_PREDICTION_SOURCE=${SOURCE_DIR}/tests/docs/FirstPrediction.cpp"
     -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "QXSDKKovalinKit/Export.h"
+
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 
@@ -9,7 +11,7 @@ namespace kovalin::platform {
 
 /// What the platform throws: a name to tell the kinds apart, and a sentence for people. A value; copying never throws.
 /// Any thread.
-class PlatformException : public std::exception {
+class QXSDKKOVALINKIT_EXPORT PlatformException : public std::exception {
 public:
     PlatformException(const QString& name, const QString& reason);
     ~PlatformException() override;

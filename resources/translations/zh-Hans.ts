@@ -1,0 +1,82 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="zh_CN" sourcelanguage="en">
+<context>
+    <name></name>
+    <message id="login_title">
+        <source>Put yourself into every chat</source>
+        <extracomment>Above a button that links an account. In bold, two short lines at the most.</extracomment>
+        <translation>让每次聊天都有你</translation>
+    </message>
+    <message id="login_bottom_text">
+        <source>Link your account to see your stickers</source>
+        <extracomment>Below that button. One line of at most 250 points in a small font: 38 Latin letters or 20 ideographs.</extracomment>
+        <translation>关联账号，查看你的贴纸</translation>
+    </message>
+    <message id="create_avatar_title">
+        <source>Create your avatar and become a sticker</source>
+        <extracomment>Above the button "create_avatar". In bold, two short lines at the most.</extracomment>
+        <translation>创建你的虚拟形象，变身贴纸</translation>
+    </message>
+    <message id="create_avatar_bottom_text">
+        <source>It only takes a minute</source>
+        <extracomment>Below that button. One line of at most 250 points in a small font: 38 Latin letters or 20 ideographs.</extracomment>
+        <translation>只需一分钟</translation>
+    </message>
+    <message id="create_avatar">
+        <source>Create avatar</source>
+        <extracomment>A button that opens the avatar app.</extracomment>
+        <translation>创建虚拟形象</translation>
+    </message>
+    <message id="turn_on">
+        <source>Turn on</source>
+        <extracomment>A button that grants what "turn_on_permission_action" names.</extracomment>
+        <translation>开启</translation>
+    </message>
+    <message id="turn_on_permission_title_format">
+        <source>To use your avatar stickers here, %@.</source>
+        <extracomment>Above the button "turn_on". %@ stands exactly once, for "turn_on_permission_action".</extracomment>
+        <translation>要在这里使用你的形象贴纸，请%@。</translation>
+    </message>
+    <message id="turn_on_permission_action">
+        <source>turn on access to your avatar</source>
+        <extracomment>Takes the place of %@ in "turn_on_permission_title_format", in bold.</extracomment>
+        <translation>开启虚拟形象访问权限</translation>
+    </message>
+    <message id="retry">
+        <source>Try again</source>
+        <extracomment>A button below an error's message.</extracomment>
+        <translation>重试</translation>
+    </message>
+    <message id="network_error_title">
+        <source>No connection</source>
+        <extracomment>The server can't be reached. In bold.</extracomment>
+        <translation>没有网络连接</translation>
+    </message>
+    <message id="network_error_message">
+        <source>Check your internet connection and try again.</source>
+        <extracomment>Below "network_error_title".</extracomment>
+        <translation>请检查网络连接，然后重试。</translation>
+    </message>
+    <message id="server_error_title">
+        <source>Something went wrong</source>
+        <extracomment>The server answered with an error. In bold.</extracomment>
+        <translation>出了点问题</translation>
+    </message>
+    <message id="server_error_message">
+        <source>Your stickers couldn’t be loaded. Please try again in a moment.</source>
+        <extracomment>Below "server_error_title".</extracomment>
+        <translation>无法加载你的贴纸，请稍后再试。</translation>
+    </message>
+    <message id="no_results">
+        <source>No results</source>
+        <extracomment>In place of the row of tags: one line.</extracomment>
+        <translation>无结果</translation>
+    </message>
+    <message id="search_kovalin">
+        <source>Search stickers</source>
+        <extracomment>Stands in the empty search field.</extracomment>
+        <translation>搜索贴纸</translation>
+    </message>
+</context>
+</TS>
