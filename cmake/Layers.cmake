@@ -38,6 +38,8 @@ function(kovalin_add_kit_layers)
                                           platform/foundation platform/net platform/store kits/core telemetry/base)
     kovalin_add_layer(picker/config       LIBRARY QXSDKKovalinKit USES platform/foundation)
     kovalin_add_resources(kovalin_picker_config_objects)
+    kovalin_add_layer(telemetry           LIBRARY QXSDKKovalinKit USES search kits/core kits/login telemetry/base
+                                          picker/config platform/dispatch platform/foundation)
 endfunction()
 
 # kovalin_add_layer(<folder below src> LIBRARY <library> [USES <layer>…] [LIBRARIES <outside target>…])

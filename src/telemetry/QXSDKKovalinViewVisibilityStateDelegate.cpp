@@ -1,0 +1,3 @@
+#include "telemetry/QXSDKKovalinViewVisibilityStateDelegate.h"
+
+QXSDKKovalinViewVisibilityStateDelegate::~QXSDKKovalinViewVisibilityStateDelegate() = default;
