@@ -134,6 +134,11 @@ TakenMetrics Backend::metrics() const
     return _state->records->metrics.taken();
 }
 
+TakenEvents Backend::events() const
+{
+    return _state->records->events.taken();
+}
+
 void Backend::expireAccessTokens()
 {
     _state->records->grants.expireAccessTokens();

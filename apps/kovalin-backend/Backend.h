@@ -2,6 +2,7 @@
 
 #include "kovalin-backend/AnswerRule.h"
 #include "kovalin-backend/BackendEvents.h"
+#include "kovalin-backend/EventsRecord.h"
 #include "kovalin-backend/MetricsRecord.h"
 #include "kovalin-backend/Request.h"
 
@@ -40,8 +41,9 @@ struct BackendOptions {
 };
 
 /// The development server: an HTTP server on 127.0.0.1, on a thread of its own, which serves a content folder, links accounts,
-/// answers queries in their name, takes metrics, and can be told to fail, path by path. A client's base URLs are `baseUrl()` for
-/// content, `baseUrl()` + "/accounts" for authentication and `baseUrl()` + "/api" for the rest. Any thread.
+/// answers queries in their name, takes metrics and analytics events, and can be told to fail, path by path. A client's base
+/// URLs are `baseUrl()` for content, `baseUrl()` + "/accounts" for authentication and `baseUrl()` + "/api" for the rest. Any
+/// thread.
 ///
 /// Bodies of requests are at most 4 MiB long; 413 answers longer ones.
 ///
@@ -75,6 +77,9 @@ public:
 
     /// The metrics that were taken. An entry is among them before the client has its answer.
     [[nodiscard]] TakenMetrics metrics() const;
+
+    /// The analytics events that were taken. An event is counted before the client has its answer.
+    [[nodiscard]] TakenEvents events() const;
 
     /// Ends all access tokens before their time; what can be refreshed can still be. Holds for requests that come after the return.
     void expireAccessTokens();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "events/EventBatch.h"
 #include "kovalin-backend/MetricsBatch.h"
 #include "kovalin-backend/Request.h"
 
@@ -17,6 +18,9 @@ struct BackendEvents {
 
     /// An entry of metrics arrived; `isNew` is false for one that was there already and is dropped.
     std::function<void(const MetricsEntry& entry, bool isNew)> metricsCame;
+
+    /// An analytics event arrived; `isNew` is false for one that was there already and is dropped.
+    std::function<void(const analytics::Event& event, bool isNew)> analyticsEventCame = {};
 
     /// Something that the backend was given can't be used; one line.
     std::function<void(const QString& fault)> faultFound;

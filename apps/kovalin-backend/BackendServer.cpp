@@ -2,6 +2,7 @@
 
 #include "kovalin-backend/ContentEndpoints.h"
 #include "kovalin-backend/ControlEndpoints.h"
+#include "kovalin-backend/EventsEndpoints.h"
 #include "kovalin-backend/GraphQLEndpoint.h"
 #include "kovalin-backend/MetricsEndpoints.h"
 #include "kovalin-backend/PictureEndpoints.h"
@@ -59,6 +60,7 @@ void BackendServer::_addEndpoints(const std::shared_ptr<const ContentFolder>& co
     addOAuthEndpoints(_endpoints, content, grants);
     addGraphQLEndpoint(_endpoints, content, grants, baseUrl());
     addMetricsEndpoints(_endpoints, std::shared_ptr<MetricsRecord>(_records, &_records->metrics), _events);
+    addEventsEndpoints(_endpoints, std::shared_ptr<EventsRecord>(_records, &_records->events), _events);
     addControlEndpoints(_endpoints, [this](const PathRule& rule) {
         _records->rules.set(rule);
         rulesChanged();

@@ -4,6 +4,7 @@
 #include "kovalin-backend/BackendEvents.h"
 #include "kovalin-backend/ContentFolder.h"
 #include "kovalin-backend/Endpoints.h"
+#include "kovalin-backend/EventsRecord.h"
 #include "kovalin-backend/HttpListener.h"
 #include "kovalin-backend/MetricsRecord.h"
 #include "kovalin-backend/PictureCache.h"
@@ -29,6 +30,7 @@ struct BackendRecords {
     AnswerRules rules;
     RequestRecord requests;
     MetricsRecord metrics;
+    EventsRecord events;
     Grants grants;
 };
 

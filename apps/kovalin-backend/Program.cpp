@@ -51,6 +51,11 @@ QString lineOf(const MetricsEntry& entry, bool isNew)
     return QStringLiteral("metrics ") + what + (isNew ? QString() : QStringLiteral(" (again)"));
 }
 
+QString lineOf(const analytics::Event& event, bool isNew)
+{
+    return QStringLiteral("event ") + event.toText() + (isNew ? QString() : QStringLiteral(" (again)"));
+}
+
 /// The standard streams belong to the main thread.
 BackendEvents eventsAsLines()
 {
@@ -59,6 +64,7 @@ BackendEvents eventsAsLines()
     };
     return {.requestCame = [write](const Request& request) { write(lineOf(request)); },
             .metricsCame = [write](const MetricsEntry& entry, bool isNew) { write(lineOf(entry, isNew)); },
+            .analyticsEventCame = [write](const analytics::Event& event, bool isNew) { write(lineOf(event, isNew)); },
             .faultFound =
                 [](const QString& fault) {
                     platform::dispatchMain([fault] { cli::writeError(fault.toStdString()); });

@@ -1,4 +1,5 @@
 #include "QXSDKKovalinKit/Version.h"
+#include "kovalin/Events.h"
 #include "kovalin/Model.h"
 #include "kovalin/Predict.h"
 #include "kovalin/Search.h"
@@ -59,7 +60,7 @@ ExitCode answerParser(const CLI::App& program, const CLI::ParseError& error)
 
 ExitCode run(int argc, const char* const* argv)
 {
-    CLI::App program("Sticker search on the command line.", "kovalin");
+    CLI::App program("The sticker picker's library on the command line.", "kovalin");
     program.set_version_flag("--version", std::string("kovalin ") + QXSDKKovalinKitVersionString,
                              "Print the version and exit");
     program.require_subcommand(1);
@@ -69,6 +70,7 @@ ExitCode run(int argc, const char* const* argv)
     addSuggestCommand(program);
     addWordsCommand(program);
     addModelCommand(program);
+    addEventsCommand(program);
     try {
         program.parse(argumentsForParser(argc, argv));
     } catch (const CLI::ParseError& error) {

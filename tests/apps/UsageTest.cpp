@@ -28,7 +28,7 @@ TEST(KovalinUsage, HelpNamesTheSubcommands)
     EXPECT_EQ(result.errors, "");
     EXPECT_THAT(result.output.toStdString(),
                 AllOf(HasSubstr("Usage: kovalin"), HasSubstr("search"), HasSubstr("sequence"), HasSubstr("predict"),
-                      HasSubstr("suggest"), HasSubstr("words"), HasSubstr("model")));
+                      HasSubstr("suggest"), HasSubstr("words"), HasSubstr("model"), HasSubstr("events")));
 }
 
 TEST(KovalinUsage, HelpOfASubcommandNamesItsOptions)
@@ -112,6 +112,16 @@ TEST(KovalinUsage, QueriesOfAModelWantAModelFile)
     expectUsageError({QStringLiteral("model"), QStringLiteral("verify")}, "FILE");
     expectUsageError({QStringLiteral("model"), QStringLiteral("info")}, "FILE");
     expectUsageError({QStringLiteral("model"), QStringLiteral("info"), exampleModel(), QStringLiteral("more")}, "more");
+}
+
+TEST(KovalinUsage, EventsWantAFileToDecode)
+{
+    expectUsageError({QStringLiteral("events")}, "--decode");
+    expectUsageError({QStringLiteral("events"), QStringLiteral("--decode")}, "--decode");
+    expectUsageError({QStringLiteral("events"), QStringLiteral("file")}, "--decode");
+    expectUsageError({QStringLiteral("events"), QStringLiteral("--decode"), QStringLiteral("/no/such/file"),
+                      QStringLiteral("--jason")},
+                     "--jason");
 }
 
 TEST(KovalinUsage, CountsAreWholeNumbersFromZeroOn)

@@ -1,6 +1,7 @@
 #include "apps/backend/BackendProgram.h"
 #include "apps/backend/ContentFiles.h"
 #include "apps/backend/RawClient.h"
+#include "apps/events/EncodedBatch.h"
 
 #include <QtNetwork/QHostAddress>
 #include <QtNetwork/QTcpServer>
@@ -74,6 +75,34 @@ TEST_F(Program, ShowsMetricsALineAnEntry)
     EXPECT_EQ(program.readLine(), "metrics count picker:open 3");
     EXPECT_EQ(program.readLine(), "metrics latency odd?name 12.5 ms");
     EXPECT_EQ(program.readLine(), "metrics count picker:open 3 (again)");
+}
+
+TEST_F(Program, ShowsAnalyticsEventsALineAnEvent)
+{
+    BackendProgram program(arguments());
+    const QUrl server = program.readAddress();
+    const QByteArray body =
+        encodedLaterBatch(batchText(eventText("a", "kovalin_kit_share { sticker_id: \"odd\\nid\" }") +
+                                    eventText("b", "preview_sticker_id: \"9\"") + eventText("a", "")));
+    EXPECT_EQ(ask(server, "POST /api/events", body).status, 204);
+    EXPECT_EQ(program.readLine(), "POST /api/events");
+    EXPECT_EQ(program.readLine(), R"(event kovalin_kit_share {"sticker_id":"odd\nid"})");
+    EXPECT_EQ(program.readLine(), R"(event (none) {} unknown [{"in":"data","number":2,"value":"9","wire_type":2}])");
+    EXPECT_EQ(program.readLine(), "event (none) {} (again)");
+}
+
+TEST_F(Program, SaysNothingOfEventsThatCantBeRead)
+{
+    BackendProgram program(arguments({QStringLiteral("--until-eof")}));
+    const QUrl server = program.readAddress();
+    const HttpEnd end = ask(server, "POST /api/events", "\x0a\x02\xc3(");
+    EXPECT_EQ(end.status, 400);
+    EXPECT_EQ(end.data, "batch_id: no valid UTF-8, at byte 2\n");
+    EXPECT_EQ(program.readLine(), "POST /api/events");
+    program.closeInput();
+    EXPECT_EQ(program.exitCode(), 0);
+    EXPECT_EQ(program.output(), "");
+    EXPECT_EQ(program.errors(), "");
 }
 
 TEST_F(Program, ObeysStandardInput)
