@@ -48,6 +48,7 @@ if [[ ${CI:-} == true ]]; then
     build/bin/learned_search_bench --quick
     build/bin/fusion_search_bench --quick
     build/bin/image_store_bench --quick
+    build/bin/analytics_queue_bench --quick
     run_tests release
     for preset in asan tsan; do
         build "$preset"
@@ -67,4 +68,5 @@ if $long; then
     build/bench/bin/learned_search_bench
     build/bench/bin/fusion_search_bench
     build/bench/bin/image_store_bench
+    build/bench/bin/analytics_queue_bench
 fi

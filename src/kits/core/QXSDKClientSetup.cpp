@@ -1,27 +1,17 @@
 #include "kits/core/QXSDKClientSetup.h"
 
-#include "platform/foundation/SharedSlot.h"
+#include "kits/core/InstalledClientSetup.h"
 
 #include <utility>
 
-namespace {
-
-kovalin::platform::SharedSlot<const QXSDKClientSetup>& installedSetup()
-{
-    // Never destroyed: threads may still ask while the process ends.
-    static auto& setup =
-        *new kovalin::platform::SharedSlot<const QXSDKClientSetup>(std::make_shared<const QXSDKClientSetup>());
-    return setup;
-}
-
-} // namespace
-
 std::shared_ptr<const QXSDKClientSetup> QXSDKClientSetup::shared()
 {
-    return installedSetup().load();
+    auto installed = kovalin::kits::installedClientSetup();
+    const QXSDKClientSetup* const setup = &installed->setup;
+    return {std::move(installed), setup};
 }
 
 void QXSDKClientSetup::setShared(QXSDKClientSetup setup)
 {
-    installedSetup().store(std::make_shared<const QXSDKClientSetup>(std::move(setup)));
+    kovalin::kits::installClientSetup(std::move(setup));
 }

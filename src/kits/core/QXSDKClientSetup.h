@@ -17,9 +17,16 @@ struct QXSDKKOVALINKIT_EXPORT QXSDKClientSetup {
     QString authenticationBaseUrl = {}; ///< linking an account
     QString apiBaseUrl = {};            ///< queries, configuration, metrics, events
 
-    /// The setup of the process; never null, all fields are empty before one is set. Any thread.
+    /// Whether events may be collected about what the user does: false for one who opted out. Switching it off erases what the
+    /// analytics queue that comes with the kit has kept, on disk too, and breaks off what it is posting; from then on it takes
+    /// nothing, until it is switched on again. A queue that is made afterwards erases what an earlier run of the program left, so a
+    /// host makes one for users who opted out too.
+    bool isAnalyticsEnabled = true;
+
+    /// The setup of the process; never null. Before one is set all texts are empty, and analytics is on. Any thread.
     [[nodiscard]] static std::shared_ptr<const QXSDKClientSetup> shared();
 
-    /// Replaces the setup as a whole; what is under way goes on with the old one. Any thread.
+    /// Replaces the setup as a whole; what is under way goes on with the old one. But analytics obeys at once: an event that is
+    /// added when this has returned is kept or not as this setup says. Any thread.
     static void setShared(QXSDKClientSetup setup);
 };

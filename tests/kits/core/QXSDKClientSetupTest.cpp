@@ -1,7 +1,13 @@
 #include "kits/core/QXSDKClientSetup.h"
 
+#include "kits/core/InstalledClientSetup.h"
+#include "platform/foundation/NotificationCenter.h"
+
+#include <QtCore/QStringList>
+
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <thread>
 
 namespace {
@@ -15,6 +21,7 @@ TEST(QXSDKClientSetup, IsEmptyBeforeItIsSet)
     EXPECT_EQ(setup->contentBaseUrl, QString());
     EXPECT_EQ(setup->authenticationBaseUrl, QString());
     EXPECT_EQ(setup->apiBaseUrl, QString());
+    EXPECT_TRUE(setup->isAnalyticsEnabled);
 }
 
 TEST(QXSDKClientSetup, IsReplacedAsAWhole)
@@ -43,6 +50,64 @@ TEST(QXSDKClientSetup, CanBeReplacedWhileOthersRead)
     }
     reading.join();
     QXSDKClientSetup::setShared({});
+}
+
+/// Asks, whenever it is told of a change, for what is installed.
+class Listener final {
+public:
+    void setupDidChange() { heard.push_back(QXSDKClientSetup::shared()->clientId); }
+
+    QStringList heard;
+};
+
+TEST(QXSDKClientSetup, TellsOfEachReplacementBeforeItReturns)
+{
+    const auto listener = std::make_shared<Listener>();
+    kovalin::platform::NotificationCenter::qxsdkCenter().addObserver(listener, &Listener::setupDidChange,
+                                                                     kQXSDKClientSetupDidChangeNotification);
+    QXSDKClientSetup::setShared({.clientId = QStringLiteral("a")});
+    EXPECT_EQ(listener->heard, QStringList({QStringLiteral("a")}));
+    QXSDKClientSetup::setShared({.clientId = QStringLiteral("a")});
+    EXPECT_EQ(listener->heard, QStringList({QStringLiteral("a"), QStringLiteral("a")}));
+    QXSDKClientSetup::setShared({});
+}
+
+TEST(QXSDKClientSetup, CountsHowOftenAnalyticsWasSwitchedOff)
+{
+    const auto optOuts = [] {
+        return kovalin::kits::installedClientSetup()->optOuts;
+    };
+    const quint64 before = optOuts();
+    QXSDKClientSetup::setShared({.clientId = QStringLiteral("a")});
+    EXPECT_EQ(optOuts(), before);
+    QXSDKClientSetup::setShared({.isAnalyticsEnabled = false});
+    EXPECT_EQ(optOuts(), before + 1);
+    QXSDKClientSetup::setShared({.clientId = QStringLiteral("b"), .isAnalyticsEnabled = false});
+    EXPECT_EQ(optOuts(), before + 1) << "it was off already";
+    QXSDKClientSetup::setShared({});
+    EXPECT_EQ(optOuts(), before + 1);
+    QXSDKClientSetup::setShared({.isAnalyticsEnabled = false});
+    EXPECT_EQ(optOuts(), before + 2);
+    QXSDKClientSetup::setShared({});
+}
+
+TEST(QXSDKClientSetup, CountsEachSwitchingOffOnceHoweverManyThreadsReplaceIt)
+{
+    const quint64 before = kovalin::kits::installedClientSetup()->optOuts;
+    constexpr int turns = 500;
+    const auto switchOffAndOn = [] {
+        for (int turn = 0; turn < turns; ++turn) {
+            QXSDKClientSetup::setShared({.isAnalyticsEnabled = false});
+            QXSDKClientSetup::setShared({});
+        }
+    };
+    std::thread other(switchOffAndOn);
+    switchOffAndOn();
+    other.join();
+    const quint64 optOuts = kovalin::kits::installedClientSetup()->optOuts - before;
+    EXPECT_GE(optOuts, 1U);
+    EXPECT_LE(optOuts, 2U * turns);
+    EXPECT_TRUE(QXSDKClientSetup::shared()->isAnalyticsEnabled);
 }
 
 } // namespace

@@ -35,7 +35,11 @@ Outbox::Outbox(OutboxOptions options)
     , _worker(std::make_shared<OutboxWorker>(options, _inbox))
     , _queue(queueOf(options.label, _worker))
 {
+    const bool isSomebodyNeeded = options.beginsRefusing && _inbox->eraseAndRefuse();
     _worker->start(_queue);
+    if (isSomebodyNeeded) {
+        _sendForContent();
+    }
 }
 
 Outbox::~Outbox()
@@ -56,6 +60,18 @@ void Outbox::erase()
     if (_inbox->erase()) {
         _sendForContent();
     }
+}
+
+void Outbox::eraseAndRefuse()
+{
+    if (_inbox->eraseAndRefuse()) {
+        _sendForContent();
+    }
+}
+
+void Outbox::accept()
+{
+    _inbox->accept();
 }
 
 void Outbox::_sendForContent()

@@ -28,6 +28,8 @@ struct OutboxOptions {
     OutboxLimits limits;
     BatchLimits batch;
     RetryRules retry;
+    /// Whether it begins as after `eraseAndRefuse`: nothing that is on disk is posted first.
+    bool beginsRefusing = false;
     /// The request that posts a batch. Called on the outbox's queue, again for each attempt; mustn't throw.
     std::function<platform::UrlRequest(const OutboxBatch& batch)> request;
 };
@@ -58,8 +60,15 @@ public:
     void add(QByteArray bytes);
 
     /// Forgets everything that was added before, on disk too, and breaks off what is being posted: that may have arrived, but
-    /// isn't posted again. A disk that can't be written is tried until it can.
+    /// isn't posted again; nothing else of it leaves. A disk that can't be written is tried until it can.
     void erase();
+
+    /// The same, and what is added from now on is never taken; it isn't counted as dropped either. Which of an `add` and this comes
+    /// first is decided at once, not on the queue.
+    void eraseAndRefuse();
+
+    /// Takes entries again, from now on.
+    void accept();
 
     /// Where the outbox works; a job here runs when what was added before has been taken in.
     [[nodiscard]] const std::shared_ptr<platform::SerialQueue>& queue() const { return _queue; }

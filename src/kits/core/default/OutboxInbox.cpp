@@ -13,6 +13,9 @@ OutboxInbox::OutboxInbox(std::size_t maxEntries, qsizetype maxBytes)
 bool OutboxInbox::add(Entry entry)
 {
     const std::lock_guard lock(_mutex);
+    if (_isRefusing) {
+        return false;
+    }
     if (entry.bytes.size() > _maxBytes) {
         ++_content.dropped; // It would push out all others, and itself.
         return !std::exchange(_isSomebodyComing, true);
@@ -31,9 +34,27 @@ bool OutboxInbox::erase()
 {
     Content erased; // goes after the lock
     const std::lock_guard lock(_mutex);
-    erased = std::exchange(_content, Content{.isErased = true});
-    _bytes = 0;
-    return !std::exchange(_isSomebodyComing, true);
+    return _erase(erased);
+}
+
+bool OutboxInbox::eraseAndRefuse()
+{
+    Content erased; // goes after the lock
+    const std::lock_guard lock(_mutex);
+    _isRefusing = true;
+    return _erase(erased);
+}
+
+void OutboxInbox::accept()
+{
+    const std::lock_guard lock(_mutex);
+    _isRefusing = false;
+}
+
+bool OutboxInbox::isErased() const
+{
+    const std::lock_guard lock(_mutex);
+    return _content.isErased;
 }
 
 OutboxInbox::Content OutboxInbox::take()
@@ -48,6 +69,13 @@ void OutboxInbox::nobodyComes()
 {
     const std::lock_guard lock(_mutex);
     _isSomebodyComing = false;
+}
+
+bool OutboxInbox::_erase(Content& erased)
+{
+    erased = std::exchange(_content, Content{.isErased = true});
+    _bytes = 0;
+    return !std::exchange(_isSomebodyComing, true);
 }
 
 } // namespace kovalin::kits

@@ -34,6 +34,15 @@ public:
     /// Forgets what is here, and has the next `take` tell so. True as in `add`.
     [[nodiscard]] bool erase();
 
+    /// Erases, and from then on takes nothing: what is added vanishes without being counted. True as in `add`.
+    [[nodiscard]] bool eraseAndRefuse();
+
+    /// Takes entries again.
+    void accept();
+
+    /// True between an erasure and the `take` that tells of it.
+    [[nodiscard]] bool isErased() const;
+
     /// Gives what is here, and leaves nothing.
     [[nodiscard]] Content take();
 
@@ -41,12 +50,15 @@ public:
     void nobodyComes();
 
 private:
+    [[nodiscard]] bool _erase(Content& erased); // under the mutex
+
     const std::size_t _maxEntries;
     const qsizetype _maxBytes;
-    std::mutex _mutex;
+    mutable std::mutex _mutex;
     Content _content;               // guarded by _mutex
     qsizetype _bytes = 0;           // guarded by _mutex
     bool _isSomebodyComing = false; // guarded by _mutex
+    bool _isRefusing = false;       // guarded by _mutex
 };
 
 } // namespace kovalin::kits

@@ -91,6 +91,13 @@ QString damagedPath(const QString& path)
     return path + QStringLiteral(".damaged");
 }
 
+/// Removes what SQLite writes beside a file that isn't there any more: it would take it for the next one's.
+void removeLogs(const QString& path)
+{
+    QFile::remove(path + QStringLiteral("-wal"));
+    QFile::remove(path + QStringLiteral("-shm"));
+}
+
 /// Makes the file, which only its owner may read: SQLite's own would be everybody's.
 void makePrivateFile(const QString& path)
 {
@@ -170,6 +177,11 @@ OutboxStore::Result OutboxStore::apply(const OutboxChanges& changes)
 
 OutboxStore::Result OutboxStore::erase()
 {
+    if (_database == nullptr && !QFile::exists(_path)) {
+        removeLogs(_path);
+        QFile::remove(damagedPath(_path));
+        return Result::Done;
+    }
     const Result result = _tried([this] {
         SQLite::Transaction transaction(*_database, SQLite::TransactionBehavior::IMMEDIATE);
         _database->exec("DELETE FROM entries; DELETE FROM counters");
@@ -311,9 +323,7 @@ void OutboxStore::_moveAside(const char* reason)
     if (!QFile::rename(_path, damagedPath(_path))) {
         QFile::remove(_path);
     }
-    // They belong to the old file, and SQLite would take them for the new one's.
-    QFile::remove(_path + QStringLiteral("-wal"));
-    QFile::remove(_path + QStringLiteral("-shm"));
+    removeLogs(_path);
 }
 
 void OutboxStore::_failed(const char* reason)

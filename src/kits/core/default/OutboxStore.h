@@ -56,7 +56,7 @@ public:
     /// All changes or none.
     [[nodiscard]] Result apply(const OutboxChanges& changes);
 
-    /// Deletes everything, also from the disk's blocks that the file had, and the damaged file.
+    /// Deletes everything, also from the disk's blocks that the file had, and the damaged file. Makes no file where there is none.
     [[nodiscard]] Result erase();
 
     /// The checksum of an entry: it differs for entries that differ in few bits.

@@ -41,6 +41,9 @@ void OutboxWorker::start(std::shared_ptr<platform::SerialQueue> queue)
     _queue = std::move(queue);
     _queue->async([weak = weak_from_this()] {
         if (const auto self = weak.lock()) {
+            if (self->_inbox->isErased()) {
+                static_cast<void>(self->_empty()); // what is to be forgotten mustn't be posted first
+            }
             self->_writeInTime();
         }
     });
@@ -173,8 +176,8 @@ void OutboxWorker::_send()
     // On disk before it leaves; without a disk it leaves all the same.
     _memory.dropOld(platform::currentTimeMillis());
     _write();
-    if (_memory.isEmpty()) {
-        return;
+    if (_memory.isEmpty() || _inbox->isErased()) {
+        return; // Where all this is to be forgotten, the job that does it is on its way.
     }
     const OutboxBatch batch = _memory.takeOut(_options.batch);
     _sending = Sending::UnderWay;

@@ -73,6 +73,22 @@ TEST_F(OutboxErase, BreaksOffWhatIsOnItsWayAndNeverPostsItAgain)
     EXPECT_TRUE(isOnDisk({}));
 }
 
+TEST_F(OutboxErase, ComesBeforeABatchThatWasDue)
+{
+    open();
+    add({"a", "b"});
+    write();
+    Gate gate;
+    outbox->queue()->async([&gate] { gate.wait(); });
+    delays.advance(30s); // The batch's turn is behind the gate, and before that of the erasure.
+    outbox->erase();
+    gate.open();
+    settle();
+    EXPECT_THAT(onDisk(), IsEmpty());
+    add({"c", "d", "e", "f", "g"});
+    EXPECT_THAT(batch(1).entries, ElementsAre("c", "d", "e", "f", "g"));
+}
+
 TEST_F(OutboxErase, EndsARowOfFailures)
 {
     answer(ScriptedAnswer::withStatus(500));

@@ -76,5 +76,28 @@ TEST(OutboxInbox, TellsOfAnErasureBeforeWhatCameAfterIt)
     EXPECT_TRUE(inbox.erase());
 }
 
+TEST(OutboxInbox, TakesNothingWhileItRefuses)
+{
+    OutboxInbox inbox(10, 1000);
+    static_cast<void>(inbox.add({0, "1"}));
+    EXPECT_FALSE(inbox.eraseAndRefuse()); // somebody is on the way already
+    EXPECT_TRUE(inbox.isErased());
+    EXPECT_FALSE(inbox.add({0, "2"}));
+    auto content = inbox.take();
+    EXPECT_TRUE(content.isErased);
+    EXPECT_FALSE(inbox.isErased());
+    EXPECT_THAT(textsOf(content), IsEmpty());
+    EXPECT_FALSE(inbox.add({0, "3"})); // nobody has to be sent for nothing
+    EXPECT_FALSE(inbox.add({0, QByteArray(1001, 'x')}));
+    content = inbox.take();
+    EXPECT_FALSE(content.isErased);
+    EXPECT_THAT(textsOf(content), IsEmpty());
+    EXPECT_EQ(content.dropped, 0U);
+    inbox.accept();
+    EXPECT_TRUE(inbox.add({0, "4"}));
+    EXPECT_THAT(textsOf(inbox.take()), ElementsAre("4"));
+    EXPECT_TRUE(inbox.eraseAndRefuse());
+}
+
 } // namespace
 } // namespace kovalin::kits

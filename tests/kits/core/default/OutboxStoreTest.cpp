@@ -124,6 +124,19 @@ TEST_F(OutboxStoreTest, ErasesEverythingFromTheFileToo)
     EXPECT_EQ(store.apply({.added = {entry("later")}, .removed = {}, .dropped = 0}), Result::Done);
 }
 
+TEST_F(OutboxStoreTest, ErasesWhatLiesBesideAFileThatIsGone)
+{
+    QDir().mkpath(QFileInfo(path()).path());
+    for (const auto& rest : {QStringLiteral("-wal"), QStringLiteral("-shm"), QStringLiteral(".damaged")}) {
+        ASSERT_TRUE(QFile(path() + rest).open(QIODevice::WriteOnly));
+    }
+    OutboxStore store(path());
+    EXPECT_EQ(store.erase(), Result::Done);
+    EXPECT_TRUE(QDir(QFileInfo(path()).path()).isEmpty()) << "and makes no file";
+    EXPECT_EQ(store.apply({.added = {entry("a")}, .removed = {}, .dropped = 0}), Result::Done);
+    EXPECT_THAT(storedAt(path()).entries, ElementsAre("a"));
+}
+
 TEST_F(OutboxStoreTest, CannotBeReadWhereAFolderIsInItsPlace)
 {
     QDir().mkpath(path());

@@ -1,11 +1,13 @@
 #include "kits/core/QXSDKClientSetup.h"
 #include "kits/core/default/Outbox.h"
 #include "kits/core/default/OutboxFile.h"
+#include "kits/core/default/QXSDKHttpAnalyticsEventsQueue.h"
 #include "kits/core/default/QXSDKHttpDynamicConfigManager.h"
 #include "kits/core/default/QXSDKHttpOperationalMetricsQueue.h"
 #include "platform/dispatch/Gate.h"
 #include "platform/dispatch/SerialQueue.h"
 #include "support/LoopbackServer.h"
+#include "support/ManualDelayClock.h"
 #include "support/WaitFor.h"
 
 #include <QtCore/QCoreApplication>
@@ -188,6 +190,105 @@ TEST_F(DefaultsShutdown, TellsOfAFailureWhereThereIsNoApplicationAnyMore)
         EXPECT_EQ(completions, 1);
     }
     QXSDKClientSetup::setShared({});
+}
+
+/// Analytics events at the end of an application object. Time stands still in these tests: an end that waited for a delay would
+/// never come.
+class AnalyticsShutdown : public DefaultsShutdown {
+protected:
+    static constexpr int kBatch = 100; // so many events leave at once
+
+    ~AnalyticsShutdown() override { QXSDKClientSetup::setShared({}); }
+
+    void makeQueue(const QString& baseUrl)
+    {
+        QXSDKClientSetup::setShared({.apiBaseUrl = baseUrl});
+        queue.emplace(QXSDKHttpAnalyticsEventsOptions{.folder = folder.path()});
+    }
+    void addBatch()
+    {
+        for (int i = 0; i < kBatch; ++i) {
+            queue->addEvent({.serverEventData = "x"});
+        }
+    }
+    [[nodiscard]] std::size_t eventsOnDisk() const
+    {
+        return storedAt(folder.filePath(QStringLiteral("qxsdk-analytics-events.sqlite"))).entries.size();
+    }
+
+    ManualDelayClock delays;
+    std::optional<QXSDKHttpAnalyticsEventsQueue> queue;
+};
+
+TEST_F(AnalyticsShutdown, ComesWhileARepetitionWaits)
+{
+    {
+        const ScopedApplication application;
+        LoopbackServer server;
+        server.script("/events", ScriptedAnswer::withStatus(500));
+        makeQueue(server.url(QStringLiteral("/")).toString().chopped(1));
+        addBatch();
+        server.waitForRequests(1);
+        delays.waitForPending(1); // the repetition
+        queue->addEvent({.serverEventData = "y"});
+    }
+    EXPECT_THAT(delays.pending(), testing::IsEmpty());
+    EXPECT_EQ(eventsOnDisk(), static_cast<std::size_t>(kBatch) + 1);
+}
+
+TEST_F(AnalyticsShutdown, ComesWhileARepetitionThatTheServerAskedForWaits)
+{
+    {
+        const ScopedApplication application;
+        LoopbackServer server;
+        ScriptedAnswer busy = ScriptedAnswer::withStatus(503);
+        busy.headers = {{"Retry-After", "3600"}};
+        server.script("/events", busy);
+        makeQueue(server.url(QStringLiteral("/")).toString().chopped(1));
+        addBatch();
+        server.waitForRequests(1);
+        delays.waitForPending(1);
+        queue.reset(); // and before that the queue's own end
+    }
+    EXPECT_EQ(eventsOnDisk(), static_cast<std::size_t>(kBatch));
+}
+
+TEST_F(AnalyticsShutdown, ComesWhileARequestHangs)
+{
+    {
+        const ScopedApplication application;
+        LoopbackServer server;
+        server.script("/events", ScriptedAnswer::never());
+        makeQueue(server.url(QStringLiteral("/")).toString().chopped(1));
+        addBatch();
+        server.waitForRequests(1);
+    }
+    EXPECT_EQ(eventsOnDisk(), static_cast<std::size_t>(kBatch));
+}
+
+TEST_F(AnalyticsShutdown, ErasesAfterAnOptOutRightBefore)
+{
+    {
+        const ScopedApplication application;
+        makeQueue({});
+        addBatch();
+        ASSERT_TRUE(waitFor([this] { return eventsOnDisk() == static_cast<std::size_t>(kBatch); }));
+        QXSDKClientSetup::setShared({.isAnalyticsEnabled = false});
+    }
+    EXPECT_EQ(eventsOnDisk(), 0U);
+}
+
+TEST_F(AnalyticsShutdown, ErasesWithTheQueueAfterAnOptOutWithoutAnApplication)
+{
+    {
+        const ScopedApplication application;
+        makeQueue({});
+        addBatch();
+    }
+    EXPECT_EQ(eventsOnDisk(), static_cast<std::size_t>(kBatch));
+    QXSDKClientSetup::setShared({.isAnalyticsEnabled = false});
+    queue.reset();
+    EXPECT_EQ(eventsOnDisk(), 0U);
 }
 
 TEST_F(DefaultsShutdown, LosesNothingWhateverIsUnderWay)
