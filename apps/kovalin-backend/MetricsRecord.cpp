@@ -12,7 +12,7 @@ QJsonObject TakenMetrics::toJson() const
     }
     return {{QStringLiteral("batches"), batches},
             {QStringLiteral("repeats"), repeats},
-            {QStringLiteral("count"), entries.size()},
+            {QStringLiteral("count"), count},
             {QStringLiteral("entries"), list}};
 }
 
@@ -22,14 +22,17 @@ QList<bool> MetricsRecord::take(const QList<MetricsEntry>& batch)
     ++_taken.batches;
     QList<bool> areNew;
     for (const MetricsEntry& entry : batch) {
-        const bool isNew = !_ids.contains(entry.id);
+        const bool isNew = _ids.add(entry.id);
         if (isNew) {
-            _ids.insert(entry.id);
+            ++_taken.count;
             _taken.entries.append(entry);
         } else {
             ++_taken.repeats;
         }
         areNew.append(isNew);
+    }
+    while (_taken.entries.size() > kMostKept) {
+        _taken.entries.removeFirst();
     }
     return areNew;
 }
