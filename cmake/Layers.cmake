@@ -24,6 +24,8 @@ function(kovalin_add_kit_layers)
                                           LIBRARIES Qt6::Core Qt6::Network)
     kovalin_add_layer(platform/store      LIBRARY QXSDKKovalinKit USES platform/dispatch platform/foundation
                                           LIBRARIES Qt6::Core Qt6::Gui SQLiteCpp)
+    kovalin_add_layer(platform/ui         LIBRARY QXSDKKovalinKit USES platform/dispatch platform/foundation
+                                          LIBRARIES Qt6::Quick)
     kovalin_add_layer(kits/core           LIBRARY QXSDKKovalinKit USES platform/foundation)
     kovalin_add_layer(kits/core/default   LIBRARY QXSDKKovalinKit USES kits/core platform/dispatch platform/foundation
                                           platform/net LIBRARIES SQLiteCpp)

@@ -6,6 +6,7 @@ build_packages=(
     flatbuffers-compiler libflatbuffers-dev libfmt-dev
     libcli11-dev libprotobuf-dev libprotozero-dev libsqlite3-dev libsqlitecpp-dev nlohmann-json3-dev protobuf-compiler
     qt6-base-dev libgl-dev qt6-qpa-plugins qt6-l10n-tools qt6-tools-dev qtkeychain-qt6-dev
+    qt6-declarative-dev qml6-module-qtqml qml6-module-qtqml-workerscript qml6-module-qtquick # views
     libqt6svg6 qt6-svg-dev qt6-image-formats-plugins # read SVG and WebP
     qt6-httpserver-dev qt6-websockets-dev # the second since the first is of no use without it, and does not ask for it
 )

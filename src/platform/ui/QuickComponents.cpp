@@ -1,0 +1,166 @@
+#include "platform/ui/QuickComponents.h"
+
+#include "platform/dispatch/ThreadCheck.h"
+#include "platform/foundation/Log.h"
+#include "platform/ui/UiLog.h"
+
+#include <QtQml/QQmlComponent>
+#include <QtQml/QQmlContext>
+#include <QtQml/QQmlEngine>
+#include <QtQml/QQmlProperty>
+
+#include <QtQml/qqml.h>
+
+#include <utility>
+
+namespace kovalin::platform {
+
+namespace {
+
+struct PropertyName {
+    QuickProperty property;
+    const char* name;
+};
+
+struct KindText {
+    const char* qml;
+    QList<PropertyName> properties;
+};
+
+KindText textOf(QuickType type)
+{
+    switch (type) {
+    case QuickType::Text:
+        return {"import QtQuick\nText {}",
+                {{QuickProperty::Text, "text"},
+                 {QuickProperty::TextFormat, "textFormat"},
+                 {QuickProperty::Font, "font"},
+                 {QuickProperty::Color, "color"},
+                 {QuickProperty::HorizontalAlignment, "horizontalAlignment"},
+                 {QuickProperty::VerticalAlignment, "verticalAlignment"},
+                 {QuickProperty::WrapMode, "wrapMode"},
+                 {QuickProperty::Elide, "elide"},
+                 {QuickProperty::MaximumLineCount, "maximumLineCount"},
+                 {QuickProperty::LineCount, "lineCount"},
+                 {QuickProperty::ContentWidth, "contentWidth"},
+                 {QuickProperty::ContentHeight, "contentHeight"}}};
+    }
+    return {};
+}
+
+const QString accessibleRole = QStringLiteral("Accessible.role");
+const QString accessibleName = QStringLiteral("Accessible.name");
+constexpr const char* accessiblePress = "pressAction()";
+
+} // namespace
+
+void QuickItem::Deleter::operator()(QQuickItem* item) const
+{
+    item->setParentItem(nullptr);
+    item->deleteLater();
+}
+
+bool QuickItem::set(QuickProperty property, const QVariant& value)
+{
+    return _item && (*_properties)[static_cast<size_t>(property)].write(_item.get(), value);
+}
+
+bool QuickItem::reset(QuickProperty property)
+{
+    return _item && (*_properties)[static_cast<size_t>(property)].reset(_item.get());
+}
+
+QVariant QuickItem::get(QuickProperty property) const
+{
+    return _item ? (*_properties)[static_cast<size_t>(property)].read(_item.get()) : QVariant();
+}
+
+QuickComponents& QuickComponents::shared()
+{
+    assertOnMainThread();
+    static auto* const shared = new QuickComponents;
+    return *shared;
+}
+
+QuickComponents::QuickComponents()
+    : _engine(std::make_unique<QQmlEngine>())
+{
+}
+
+QuickComponents::Kind& QuickComponents::kind(QuickType type)
+{
+    auto& kind = _kinds[type];
+    if (!kind.component) {
+        kind.component = std::make_unique<QQmlComponent>(_engine.get());
+        kind.component->setData(textOf(type).qml, QUrl());
+    }
+    return kind;
+}
+
+QuickItem QuickComponents::create(QuickType type, QQuickItem& parent)
+{
+    assertOnMainThread();
+    auto& made = kind(type);
+    if (made.isMissing) {
+        return {};
+    }
+    // The object comes without a parent of any kind.
+    std::unique_ptr<QObject> object(made.component->create());
+    auto* const item = qobject_cast<QQuickItem*>(object.get());
+    if (!item) {
+        made.isMissing = true;
+        KOVALIN_LOG_ERROR(uiLog(), QStringLiteral("A part of Qt Quick is missing: ") +
+                                       made.component->errorString().simplified());
+        return {};
+    }
+    if (!made.properties.front().isValid()) {
+        for (const auto& [property, name] : textOf(type).properties) {
+            auto& resolved = made.properties[static_cast<size_t>(property)];
+            resolved = item->metaObject()->property(item->metaObject()->indexOfProperty(name));
+            Q_ASSERT_X(resolved.isValid(), Q_FUNC_INFO, name);
+        }
+    }
+    QuickItem owner;
+    object.release(); // NOLINT(bugprone-unused-return-value): the same object
+    owner._item.reset(item);
+    owner._properties = &made.properties;
+    item->setParentItem(&parent);
+    return owner;
+}
+
+bool QuickComponents::writeAccessible(QQuickItem& item, const QString& name, const QVariant& value)
+{
+    if (!_anyItem.item()) {
+        QQuickItem nobody;
+        _anyItem = create(QuickType::Text, nobody);
+    }
+    return _anyItem.item() && QQmlProperty(&item, name, qmlContext(_anyItem.item())).write(value);
+}
+
+void QuickComponents::setAccessibleRole(QQuickItem& item, QAccessible::Role role)
+{
+    writeAccessible(item, accessibleRole, static_cast<int>(role));
+}
+
+void QuickComponents::setAccessibleName(QQuickItem& item, const QString& name)
+{
+    writeAccessible(item, accessibleName, name);
+}
+
+void QuickComponents::connectAccessiblePress(QQuickItem& item, const char* slot)
+{
+    if (!_anyItem.item()) {
+        return; // a role comes first, and didn't
+    }
+    QObject* const attached = QQmlProperty(&item, accessibleRole, qmlContext(_anyItem.item())).object();
+    if (!attached) {
+        return;
+    }
+    const int pressed = attached->metaObject()->indexOfSignal(accessiblePress);
+    const int called = item.metaObject()->indexOfMethod(slot);
+    if (pressed >= 0 && called >= 0) {
+        QObject::connect(attached, attached->metaObject()->method(pressed), &item, item.metaObject()->method(called));
+    }
+}
+
+} // namespace kovalin::platform

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <QtCore/QMetaProperty>
+#include <QtCore/QVariant>
+#include <QtGui/QAccessible>
+#include <QtQuick/QQuickItem>
+
+#include <array>
+#include <map>
+#include <memory>
+
+QT_BEGIN_NAMESPACE
+class QQmlComponent;
+class QQmlEngine;
+QT_END_NAMESPACE
+
+namespace kovalin::platform {
+
+/// Items that Qt Quick has and offers no C++ class for.
+enum class QuickType {
+    Text,
+};
+
+/// Their properties that views use.
+enum class QuickProperty {
+    Text,
+    TextFormat,
+    Font,
+    Color,
+    HorizontalAlignment, ///< Can be reset: then it follows the text's direction.
+    VerticalAlignment,
+    WrapMode,
+    Elide,
+    MaximumLineCount, ///< Can be reset.
+    LineCount,        ///< Read only.
+    ContentWidth,     ///< Read only.
+    ContentHeight,    ///< Read only.
+    Count,
+};
+
+/// The owner of such an item. Main thread only. The item is deleted in a later turn of the event loop.
+class QuickItem final {
+public:
+    QuickItem() = default;
+
+    /// Null where Qt Quick's modules are missing; then nothing of what follows does anything.
+    [[nodiscard]] QQuickItem* item() const { return _item.get(); }
+
+    /// False if the item doesn't have the property or doesn't take the value.
+    bool set(QuickProperty property, const QVariant& value);
+    bool reset(QuickProperty property);
+    /// Invalid if the item doesn't have the property.
+    [[nodiscard]] QVariant get(QuickProperty property) const;
+
+private:
+    friend class QuickComponents;
+
+    using Properties = std::array<QMetaProperty, static_cast<size_t>(QuickProperty::Count)>;
+
+    struct Deleter {
+        void operator()(QQuickItem* item) const;
+    };
+
+    std::unique_ptr<QQuickItem, Deleter> _item;
+    const Properties* _properties = nullptr;
+};
+
+/// Makes items out of QML's components. The only place that knows QML's texts and names. Main thread only; made on first use,
+/// never destroyed. The first item takes some 20 milliseconds, others some hundredths of one.
+class QuickComponents final {
+public:
+    static QuickComponents& shared();
+
+    /// An item in `parent`. One without an item where a module is missing at run time; the first one logs it.
+    [[nodiscard]] QuickItem create(QuickType type, QQuickItem& parent);
+
+    /// What assistive tools are told of an item; nothing where a module is missing.
+    void setAccessibleRole(QQuickItem& item, QAccessible::Role role);
+    void setAccessibleName(QQuickItem& item, const QString& name);
+    /// Has `slot`, the signature of a slot of the item's, called when an assistive tool presses the item. Once for an item.
+    void connectAccessiblePress(QQuickItem& item, const char* slot);
+
+private:
+    struct Kind {
+        std::unique_ptr<QQmlComponent> component;
+        QuickItem::Properties properties;
+        bool isMissing = false;
+    };
+
+    QuickComponents();
+
+    Kind& kind(QuickType type);
+    bool writeAccessible(QQuickItem& item, const QString& name, const QVariant& value);
+
+    const std::unique_ptr<QQmlEngine> _engine;
+    std::map<QuickType, Kind> _kinds;
+    /// Its context is where attached properties are looked up.
+    QuickItem _anyItem;
+};
+
+} // namespace kovalin::platform
