@@ -4,6 +4,7 @@
 #include "platform/foundation/Log.h"
 #include "platform/ui/UiLog.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtQml/QQmlComponent>
 #include <QtQml/QQmlContext>
 #include <QtQml/QQmlEngine>
@@ -78,13 +79,22 @@ QVariant QuickItem::get(QuickProperty property) const
 QuickComponents& QuickComponents::shared()
 {
     assertOnMainThread();
-    static auto* const shared = new QuickComponents;
+    static QuickComponents* shared = nullptr;
+    if (!shared) {
+        shared = new QuickComponents;
+        qAddPostRoutine([] { delete std::exchange(shared, nullptr); });
+    }
     return *shared;
 }
 
 QuickComponents::QuickComponents()
     : _engine(std::make_unique<QQmlEngine>())
 {
+}
+
+QuickComponents::~QuickComponents()
+{
+    delete _anyItem._item.release(); // at once: no event loop comes any more
 }
 
 QuickComponents::Kind& QuickComponents::kind(QuickType type)
@@ -113,9 +123,9 @@ QuickItem QuickComponents::create(QuickType type, QQuickItem& parent)
                                        made.component->errorString().simplified());
         return {};
     }
-    if (!made.properties.front().isValid()) {
+    if (!made.properties->front().isValid()) {
         for (const auto& [property, name] : textOf(type).properties) {
-            auto& resolved = made.properties[static_cast<size_t>(property)];
+            auto& resolved = (*made.properties)[static_cast<size_t>(property)];
             resolved = item->metaObject()->property(item->metaObject()->indexOfProperty(name));
             Q_ASSERT_X(resolved.isValid(), Q_FUNC_INFO, name);
         }
@@ -123,7 +133,7 @@ QuickItem QuickComponents::create(QuickType type, QQuickItem& parent)
     QuickItem owner;
     object.release(); // NOLINT(bugprone-unused-return-value): the same object
     owner._item.reset(item);
-    owner._properties = &made.properties;
+    owner._properties = made.properties;
     item->setParentItem(&parent);
     return owner;
 }

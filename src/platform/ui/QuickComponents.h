@@ -62,14 +62,15 @@ private:
     };
 
     std::unique_ptr<QQuickItem, Deleter> _item;
-    const Properties* _properties = nullptr;
+    std::shared_ptr<const Properties> _properties;
 };
 
-/// Makes items out of QML's components. The only place that knows QML's texts and names. Main thread only; made on first use,
-/// never destroyed. The first item takes some 20 milliseconds, others some hundredths of one.
+/// Makes items out of QML's components. The only place that knows QML's texts and names. Main thread only; made on first use, goes with
+/// the application object. The first item takes some 20 milliseconds, others some hundredths of one.
 class QuickComponents final {
 public:
     static QuickComponents& shared();
+    Q_DISABLE_COPY_MOVE(QuickComponents)
 
     /// An item in `parent`. One without an item where a module is missing at run time; the first one logs it.
     [[nodiscard]] QuickItem create(QuickType type, QQuickItem& parent);
@@ -83,11 +84,12 @@ public:
 private:
     struct Kind {
         std::unique_ptr<QQmlComponent> component;
-        QuickItem::Properties properties;
+        std::shared_ptr<QuickItem::Properties> properties = std::make_shared<QuickItem::Properties>();
         bool isMissing = false;
     };
 
     QuickComponents();
+    ~QuickComponents();
 
     Kind& kind(QuickType type);
     bool writeAccessible(QQuickItem& item, const QString& name, const QVariant& value);
