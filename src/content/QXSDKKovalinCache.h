@@ -27,7 +27,8 @@ public:
     /// The instance of the process, made on first use and never destroyed, over the store "QXSDKKovalinKit" in the caches directory.
     [[nodiscard]] static std::shared_ptr<QXSDKKovalinCache> shared();
 
-    /// A cache over a store, told of the login status. The logger must outlive it; `observer` may be null.
+    /// A cache over a store, told of the login status. The logger must outlive it and the jobs that it was given, which
+    /// hold `observer`; that one may be null.
     [[nodiscard]] static std::shared_ptr<QXSDKKovalinCache>
     create(const std::shared_ptr<kovalin::platform::PINCache>& cache,
            QXSDKKovalinOperationalMetricsLogger& metricsLogger,

@@ -71,6 +71,12 @@ protected:
         server.script("/red.png", ScriptedAnswer::ok(png(qRgb(255, 0, 0))));
         server.script("/held.png", ScriptedAnswer::held(png(qRgb(0, 0, 255))));
     }
+    /// A job that a cache still has holds the observer, and uses the logger.
+    ~QXSDKKovalinCacheTest() override
+    {
+        cache.reset();
+        EXPECT_TRUE(waitFor([this] { return observer.use_count() == 1; }));
+    }
 
     [[nodiscard]] std::shared_ptr<QXSDKKovalinCache> newCache() const
     {
@@ -257,6 +263,7 @@ TEST_F(QXSDKKovalinCacheTest, GivesTheCancelledRequestsFailureToWhoeverComesRigh
     server.release("/held.png");
     ASSERT_TRUE(waitFor([this] { return counted(QStringLiteral("request:solovalin:200")) == 2; }))
         << "and the red one's";
+    waitForTheFile("/held.png"); // it is counted before it is stored
     Waiter later;
     cache->fetchKovalinWithURL(url("/held.png"), later.callback);
     ASSERT_TRUE(later.isCalled());

@@ -237,6 +237,7 @@ TEST_F(QXSDKKovalinStickerDataProviderTest, RepeatsFreshPacksWhenTheArchiveComes
     EXPECT_THAT(observer->told(), ElementsAre(QStringLiteral("loaded fresh in 5")));
     mayGoOn = true;
     drainArchive();
+    settle();
     EXPECT_THAT(observer->told(),
                 ElementsAre(QStringLiteral("loaded fresh in 5"), QStringLiteral("loaded fresh in 3")));
     EXPECT_EQ(provider->state(), State::FreshContent);
@@ -259,6 +260,7 @@ TEST_F(QXSDKKovalinStickerDataProviderTest, GoesBackToReadingTheArchiveSilentlyW
     EXPECT_THAT(observer->told(), IsEmpty());
     mayGoOn = true;
     drainArchive();
+    settle();
     EXPECT_THAT(observer->told(), ElementsAre(QStringLiteral("loaded old in 4")));
     EXPECT_EQ(provider->state(), State::ArchivedContent);
 }
