@@ -42,6 +42,8 @@ function(kovalin_add_kit_layers)
     kovalin_add_resources(kovalin_picker_config_objects)
     kovalin_add_layer(telemetry           LIBRARY QXSDKKovalinKit USES search kits/core kits/login telemetry/base
                                           picker/config platform/dispatch platform/foundation)
+    kovalin_add_layer(picker              LIBRARY QXSDKKovalinKit USES telemetry content search kits/core kits/login
+                                          telemetry/base picker/config platform/dispatch platform/foundation platform/ui)
 endfunction()
 
 # kovalin_add_layer(<folder below src> LIBRARY <library> [USES <layer>…] [LIBRARIES <outside target>…])

@@ -1,0 +1,8 @@
+#include "kits/core/QXSDKLayoutDirection.h"
+
+#include <QtGui/QGuiApplication>
+
+bool isRTL()
+{
+    return QGuiApplication::layoutDirection() == Qt::RightToLeft;
+}

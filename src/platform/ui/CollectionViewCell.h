@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/ui/View.h"
+
+#include <memory>
+
+namespace kovalin::platform {
+
+/// What a collection view shows an item in; used again for other items. Thread and lifetime as of `View`.
+class CollectionViewCell : public View {
+    Q_OBJECT
+
+public:
+    CollectionViewCell();
+    ~CollectionViewCell() override;
+
+    /// Whether the cell is being pressed, and the press would select it.
+    [[nodiscard]] bool isHighlighted() const;
+    /// The collection view calls this at each change. A subclass calls this one in its own.
+    virtual void setHighlighted(bool isHighlighted);
+
+    /// The cell leaves its item, and will be asked for again. Nothing by default: a cell that is given what it shows already may keep it.
+    virtual void prepareForReuse();
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseUngrabEvent() override;
+
+private:
+    struct State;
+
+    const std::unique_ptr<State> _cell;
+};
+
+} // namespace kovalin::platform
