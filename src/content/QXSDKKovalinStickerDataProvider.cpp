@@ -49,7 +49,7 @@ void QXSDKKovalinStickerDataProvider::loadContentFromArchivedPacks()
             savedState == State::Uninitialized || savedState == State::LoggedOut) {
             return;
         }
-        if (_packs.load()) {
+        if (_currentPacks()) {
             _notifyContentDidLoad();
             return;
         }
@@ -64,16 +64,26 @@ void QXSDKKovalinStickerDataProvider::loadContentFromArchivedPacks()
 
 void QXSDKKovalinStickerDataProvider::_archiveDidLoad(const std::optional<KovalinPackList>& packs, State savedState)
 {
-    if (_packs.load()) {
-        _notifyContentDidLoad();
+    if (!packs) {
+        if (_currentPacks()) {
+            _notifyContentDidLoad();
+        } else {
+            _notifyStateChange(State::NoContent);
+        }
         return;
     }
-    if (packs) {
-        setPacks(packs);
-        _notifyStateChange(savedState == State::FreshContent ? State::FreshContent : State::ArchivedContent);
-    } else {
-        _notifyStateChange(State::NoContent);
-    }
+    // Fresh packs may land on the main queue at any moment. They stay, and so does their state.
+    auto former = _content.load();
+    ContentPtr archived;
+    do {
+        if (former && former->packs) {
+            _notifyContentDidLoad();
+            return;
+        }
+        archived = _contentAfter(former, packs);
+    } while (!_content.compareExchange(former, archived));
+    _notifyStateChange(savedState == State::FreshContent ? State::FreshContent : State::ArchivedContent, std::nullopt,
+                       archived);
 }
 
 void QXSDKKovalinStickerDataProvider::loadContentForLoggedInState()
@@ -81,7 +91,7 @@ void QXSDKKovalinStickerDataProvider::loadContentForLoggedInState()
     State savedState = _state;
     do {
         if (savedState == State::LoadingRemote || savedState == State::LoggedOut ||
-            (savedState == State::FreshContent && _packs.load())) {
+            (savedState == State::FreshContent && _currentPacks())) {
             return;
         }
     } while (!_state.compare_exchange_weak(savedState, State::LoadingRemote));
@@ -123,35 +133,52 @@ QXSDKKovalinDataProviderState QXSDKKovalinStickerDataProvider::state() const
     return _state;
 }
 
+std::shared_ptr<const KovalinPackList> QXSDKKovalinStickerDataProvider::_currentPacks() const
+{
+    const auto content = _content.load();
+    return content ? content->packs : nullptr;
+}
+
 std::optional<KovalinPackList> QXSDKKovalinStickerDataProvider::packs() const
 {
-    const auto packs = _packs.load();
+    const auto packs = _currentPacks();
     return packs ? std::optional(*packs) : std::nullopt;
 }
 
 KovalinStickerListPtr QXSDKKovalinStickerDataProvider::popularKovalins() const
 {
-    return _popularKovalins.load();
+    const auto content = _content.load();
+    return content ? content->popularKovalins : nullptr;
 }
 
 std::optional<QStringList> QXSDKKovalinStickerDataProvider::defaultTags() const
 {
-    const auto tags = _defaultTags.load();
-    return tags ? std::optional(*tags) : std::nullopt;
+    const auto content = _content.load();
+    return content && content->defaultTags ? std::optional(*content->defaultTags) : std::nullopt;
 }
 
 void QXSDKKovalinStickerDataProvider::setPacks(const std::optional<KovalinPackList>& packs)
 {
-    _packs.store(packs ? std::make_shared<const KovalinPackList>(*packs) : nullptr);
+    auto former = _content.load();
+    while (!_content.compareExchange(former, _contentAfter(former, packs))) {
+    }
+}
+
+QXSDKKovalinStickerDataProvider::ContentPtr
+QXSDKKovalinStickerDataProvider::_contentAfter(const ContentPtr& former, const std::optional<KovalinPackList>& packs)
+{
+    auto content = former ? std::make_shared<Content>(*former) : std::make_shared<Content>();
+    content->packs = packs ? std::make_shared<const KovalinPackList>(*packs) : nullptr;
     if (!packs) {
-        return;
+        return content;
     }
     const auto popular = std::ranges::find_if(
         *packs, [](const KovalinPackPtr& pack) { return pack->packId() == QStringLiteral("popular"); });
     if (popular != packs->cend()) {
-        _popularKovalins.store(std::make_shared<const KovalinStickerList>((*popular)->stickers()));
+        content->popularKovalins = std::make_shared<const KovalinStickerList>((*popular)->stickers());
     }
-    _defaultTags.store(std::make_shared<const QStringList>(_tagsFromPacks(*packs)));
+    content->defaultTags = std::make_shared<const QStringList>(_tagsFromPacks(*packs));
+    return content;
 }
 
 void QXSDKKovalinStickerDataProvider::willResignActive()
@@ -172,7 +199,7 @@ void QXSDKKovalinStickerDataProvider::_loginStateChanged()
 void QXSDKKovalinStickerDataProvider::qxsdkLoginLinkDidSucceed()
 {
     State loggedOut = State::LoggedOut;
-    _state.compare_exchange_strong(loggedOut, _packs.load() ? State::ArchivedContent : State::NoContent);
+    _state.compare_exchange_strong(loggedOut, _currentPacks() ? State::ArchivedContent : State::NoContent);
 }
 
 void QXSDKKovalinStickerDataProvider::qxsdkLoginLinkDidFail()
@@ -181,8 +208,9 @@ void QXSDKKovalinStickerDataProvider::qxsdkLoginLinkDidFail()
 }
 
 /// Loading is entered silently, also when a failed fetch goes back to reading the archive. A state that doesn't change is told to
-/// nobody, not even an error with it.
-void QXSDKKovalinStickerDataProvider::_notifyStateChange(State newState, const std::optional<QXSDKError>& error)
+/// nobody, not even an error with it. A state that comes with content isn't taken once that content was replaced.
+void QXSDKKovalinStickerDataProvider::_notifyStateChange(State newState, const std::optional<QXSDKError>& error,
+                                                         const ContentPtr& unlessReplaced)
 {
     if (newState == State::LoadingArchive || newState == State::LoadingRemote) {
         _state = newState;
@@ -196,7 +224,13 @@ void QXSDKKovalinStickerDataProvider::_notifyStateChange(State newState, const s
     } else {
         _notifyContentDidLoad();
     }
-    _state = newState;
+    if (!unlessReplaced) {
+        _state = newState;
+        return;
+    }
+    State current = _state;
+    while (_content.load() == unlessReplaced && !_state.compare_exchange_weak(current, newState)) {
+    }
 }
 
 void QXSDKKovalinStickerDataProvider::_notifyContentDidLoad()

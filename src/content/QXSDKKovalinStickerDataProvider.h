@@ -82,21 +82,31 @@ public:
     void qxsdkLoginLinkDidFail() override;
 
 private:
+    /// What was loaded last, of each kind; `packs` are null where there is no content.
+    struct Content {
+        std::shared_ptr<const KovalinPackList> packs;
+        KovalinStickerListPtr popularKovalins;
+        std::shared_ptr<const QStringList> defaultTags;
+    };
+    using ContentPtr = std::shared_ptr<const Content>;
+
     explicit QXSDKKovalinStickerDataProvider(const std::shared_ptr<QXSDKKovalinPacksArchive>& archive);
 
     void _loginStateChanged();
     void _archiveDidLoad(const std::optional<KovalinPackList>& packs, State savedState);
     void _fetchDidEnd(const std::optional<KovalinPackList>& packs, const std::optional<QXSDKError>& error,
                       State savedState);
-    void _notifyStateChange(State newState, const std::optional<QXSDKError>& error = std::nullopt);
+    void _notifyStateChange(State newState, const std::optional<QXSDKError>& error = std::nullopt,
+                            const ContentPtr& unlessReplaced = nullptr);
     void _notifyContentDidLoad();
     void _notifyContentLoadDidFailWithError(const QXSDKError& error);
+    [[nodiscard]] static ContentPtr _contentAfter(const ContentPtr& former,
+                                                  const std::optional<KovalinPackList>& packs);
+    [[nodiscard]] std::shared_ptr<const KovalinPackList> _currentPacks() const;
     [[nodiscard]] static QStringList _tagsFromPacks(const KovalinPackList& packs);
 
     const std::shared_ptr<QXSDKKovalinPacksArchive> _archive;
     kovalin::platform::SharedWeakSet<QXSDKKovalinDataUpdateObserver> _observers;
     std::atomic<State> _state = State::Uninitialized;
-    kovalin::platform::SharedSlot<const KovalinPackList> _packs;
-    kovalin::platform::SharedSlot<const KovalinStickerList> _popularKovalins;
-    kovalin::platform::SharedSlot<const QStringList> _defaultTags;
+    kovalin::platform::SharedSlot<const Content> _content; // replaced whole; null before the first packs
 };

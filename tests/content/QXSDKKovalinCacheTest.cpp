@@ -357,6 +357,7 @@ TEST_F(QXSDKKovalinCacheTest, NeverCallsThoseWhoWaitWhenItIsGone)
     cache->fetchKovalinWithURL(url("/held.png"), waiter.callback);
     server.waitForHeld(1);
     cache.reset();
+    ASSERT_TRUE(waitFor([this] { return observer.use_count() == 1; })) << "a job may still have it";
     server.release("/held.png");
     // The session has dealt with the answer once it has brought another one.
     cache = newCache();

@@ -224,12 +224,15 @@ TEST_F(QXSDKKovalinStickerDataProviderTest, KeepsFreshPacksThatLandWhileTheArchi
 TEST_F(QXSDKKovalinStickerDataProviderTest, RepeatsFreshPacksWhenTheArchiveComesAfterThem)
 {
     store(QStringLiteral("old"));
+    std::atomic<bool> hasBegun = false;
     std::atomic<bool> mayGoOn = false;
-    archive->unarchivePacksWithCompletion([&mayGoOn](const auto&) {
+    archive->unarchivePacksWithCompletion([&hasBegun, &mayGoOn](const auto&) {
+        hasBegun = true;
         while (!mayGoOn) { // holds the archive's queue up
             std::this_thread::yield();
         }
     });
+    ASSERT_TRUE(waitFor([&hasBegun] { return hasBegun.load(); })); // it has taken the file by then
     store(QStringLiteral("old"));
     provider->loadContentFromArchivedPacks();
     provider->loadContentForLoggedInState();
@@ -246,12 +249,15 @@ TEST_F(QXSDKKovalinStickerDataProviderTest, RepeatsFreshPacksWhenTheArchiveComes
 TEST_F(QXSDKKovalinStickerDataProviderTest, GoesBackToReadingTheArchiveSilentlyWhereAFetchBegunMeanwhileFails)
 {
     store(QStringLiteral("old"));
+    std::atomic<bool> hasBegun = false;
     std::atomic<bool> mayGoOn = false;
-    archive->unarchivePacksWithCompletion([&mayGoOn](const auto&) {
+    archive->unarchivePacksWithCompletion([&hasBegun, &mayGoOn](const auto&) {
+        hasBegun = true;
         while (!mayGoOn) { // holds the archive's queue up
             std::this_thread::yield();
         }
     });
+    ASSERT_TRUE(waitFor([&hasBegun] { return hasBegun.load(); })); // it has taken the file by then
     store(QStringLiteral("old"));
     provider->loadContentFromArchivedPacks();
     provider->loadContentForLoggedInState();

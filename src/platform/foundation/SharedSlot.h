@@ -30,6 +30,12 @@ public:
     /// Stores, and returns what was held before.
     std::shared_ptr<T> exchange(std::shared_ptr<T> object) { return std::atomic_exchange(&_object, std::move(object)); }
 
+    /// Stores if `expected` is what is held, else writes that to `expected`. Tells whether it stored.
+    bool compareExchange(std::shared_ptr<T>& expected, std::shared_ptr<T> object)
+    {
+        return std::atomic_compare_exchange_strong(&_object, &expected, std::move(object));
+    }
+
 private:
     std::shared_ptr<T> _object;
 };
