@@ -1,5 +1,5 @@
-#include "kits/core/default/LogLines.h"
 #include "picker/config/QXSDKKovalinStickerPickerConfig.h"
+#include "support/LogLines.h"
 #include "telemetry/PickerEvents.h"
 #include "telemetry/QXSDKKovalinViewControllerLogger.h"
 #include "telemetry/SharedMetrics.h"

@@ -1,10 +1,10 @@
 #include "telemetry/QXSDKKovalinViewControllerLogger.h"
 
-#include "kits/core/default/LogLines.h"
 #include "kits/login/QXSDKLoginClient.h"
 #include "picker/config/QXSDKKovalinStickerPickerConfig.h"
 #include "picker/config/QXSDKKovalinViewType.h"
 #include "platform/foundation/NotificationCenter.h"
+#include "support/LogLines.h"
 #include "support/ScriptedLoginClient.h"
 #include "telemetry/PickerEvents.h"
 #include "telemetry/SharedMetrics.h"

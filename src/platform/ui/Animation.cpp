@@ -48,6 +48,12 @@ void animate(AnimationSeconds duration, AnimationSeconds delay, double dampingRa
                                changes, std::move(completion));
 }
 
+void animateAlong(AnimationSeconds duration, const std::function<void()>& changes, std::function<void()> completion)
+{
+    Animator::shared().animateAlong({milliseconds(AnimationSeconds(0)), milliseconds(duration), easeInOut}, changes,
+                                    std::move(completion));
+}
+
 void transition(const std::shared_ptr<View>& view, AnimationSeconds duration, const std::function<void()>& changes,
                 std::function<void()> completion)
 {

@@ -31,6 +31,11 @@ void animate(AnimationSeconds duration, AnimationSeconds delay, const std::funct
 void animate(AnimationSeconds duration, AnimationSeconds delay, double dampingRatio, double initialVelocity,
              const std::function<void()>& changes, std::function<void()> completion = {});
 
+/// Goes with the animation in whose changes it is called, with its timing; outside of any as `animate(duration, …)`, and where
+/// changes are to jump they do.
+void animateAlong(AnimationSeconds duration, const std::function<void()>& changes,
+                  std::function<void()> completion = {});
+
 /// `changes` sets new content of `view`, which what is on show dissolves into. A view that has no such content, as all but
 /// image views, or is null, just changes.
 void transition(const std::shared_ptr<View>& view, AnimationSeconds duration, const std::function<void()>& changes,

@@ -190,7 +190,11 @@ void Animator::endEmptyRuns()
 
 void Animator::record(const std::shared_ptr<AnimationRun>& run, const std::function<void()>& changes)
 {
-    const auto restore = qScopeGuard([this, outer = std::exchange(_recording, run)] { _recording = outer; });
+    const auto restore =
+        qScopeGuard([this, outer = std::exchange(_recording, run), were = std::exchange(_areChangesMade, true)] {
+            _recording = outer;
+            _areChangesMade = were;
+        });
     changes();
 }
 
@@ -213,6 +217,18 @@ void Animator::animate(AnimationTiming timing, const std::function<void()>& chan
     endEmptyRuns();
     _runs.push_back(run);
     run->start();
+}
+
+void Animator::animateAlong(AnimationTiming timing, const std::function<void()>& changes,
+                            std::function<void()> completion)
+{
+    assertOnMainThread();
+    if (_areChangesMade && !_recording) {
+        changes();
+        complete(std::move(completion));
+        return;
+    }
+    animate(_recording ? _recording->timing() : std::move(timing), changes, std::move(completion));
 }
 
 void Animator::withoutAnimation(const std::function<void()>& changes)

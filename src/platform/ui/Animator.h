@@ -34,6 +34,8 @@ public:
     void dropAll(const View& view);
     void jumpToTargets(View& view);
 
+    [[nodiscard]] const AnimationTiming& timing() const { return _timing; }
+
     /// Lets all values that are left arrive, and has the completion called. Once; later calls do nothing.
     void finish();
 
@@ -73,6 +75,8 @@ public:
     void jumpToTargets(View& view);
 
     void animate(AnimationTiming timing, const std::function<void()>& changes, std::function<void()> completion);
+    /// As the changes that are being made are; with `timing` where none are.
+    void animateAlong(AnimationTiming timing, const std::function<void()>& changes, std::function<void()> completion);
     void withoutAnimation(const std::function<void()>& changes);
     /// Starts a dissolve of the view's content that is set by now.
     void dissolve(View& view);
@@ -91,7 +95,9 @@ private:
     void record(const std::shared_ptr<AnimationRun>& run, const std::function<void()>& changes);
 
     Runs _runs;
+    /// Null also where changes are made that are to jump.
     std::shared_ptr<AnimationRun> _recording;
+    bool _areChangesMade = false;
     bool _isMotionReduced = false;
 };
 

@@ -11,10 +11,13 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace kovalin::platform {
 
 class CollectionView;
+class CollectionViewBatch;
+struct CollectionViewMapping;
 
 /// What a collection view shows. Main thread only.
 class CollectionViewDataSource {
@@ -117,17 +120,35 @@ public:
 
 protected:
     void contentOffsetDidChange() override;
-    void visibilityDidChange() override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
     friend class CollectionViewCell;
-    friend class CollectionAccessibility;
     struct State;
 
     void cellWasTapped(const CollectionViewCell& cell);
+
+    void layoutNow();
+    void loadIfNeeded();
+    [[nodiscard]] qsizetype numberOfItemsNow();
+    void prepareLayout();
+    [[nodiscard]] CollectionViewRange rangeOfCells() const;
+    void freeCellsOutOfRange();
+    void placeMissingCells();
+    bool placeCell(qsizetype item, const CollectionViewLayoutAttributes& attributes);
+
+    void inBatch(const std::function<void(CollectionViewBatch&)>& change);
+    void animateTo(const CollectionViewMapping& mapping, const std::function<void()>& completion);
+    void moveCells(const CollectionViewMapping& mapping, std::vector<std::shared_ptr<CollectionViewCell>>& leaving);
+    void insertCells(const CollectionViewMapping& mapping);
+
+    void setUpFocus();
+    void placeFocusRing();
+    void focusItem(qsizetype item);
+    [[nodiscard]] qsizetype firstVisibleItem() const;
+    [[nodiscard]] qsizetype itemBesideFocus(int key) const;
 
     const std::unique_ptr<State> _collection;
 };

@@ -2,9 +2,13 @@
 
 #include "platform/ui/View.h"
 
+#include <QtCore/QString>
+
 #include <memory>
 
 namespace kovalin::platform {
+
+class CollectionView;
 
 /// What a collection view shows an item in; used again for other items. Thread and lifetime as of `View`.
 class CollectionViewCell : public View {
@@ -29,7 +33,14 @@ protected:
     void mouseUngrabEvent() override;
 
 private:
+    friend class CollectionView;
+    friend class CollectionViewCells;
     struct State;
+
+    [[nodiscard]] QString reuseIdentifier() const;
+    void belongTo(const std::weak_ptr<CollectionView>& collectionView, const QString& reuseIdentifier);
+    void cancelPress();
+    void highlight(bool isHighlighted);
 
     const std::unique_ptr<State> _cell;
 };

@@ -7,7 +7,6 @@
 
 #include <functional>
 #include <memory>
-#include <vector>
 
 namespace kovalin::platform {
 
@@ -65,7 +64,7 @@ public:
     /// What an item that comes starts from; where and as it will be, by default. `item` counts after the change.
     [[nodiscard]] virtual CollectionViewLayoutAttributes
     initialLayoutAttributesForAppearingItemAtIndexPath(qsizetype item) const;
-    /// What an item that goes ends at; where and as it was, by default. `item` counts before the change.
+    /// What an item that goes ends at; where and as it was, by default. `item` counts before the change: the last `prepare`.
     [[nodiscard]] virtual CollectionViewLayoutAttributes
     finalLayoutAttributesForDisappearingItemAtIndexPath(qsizetype item) const;
     /// Whether items run from right to left where the user interface does. False by default.
@@ -81,14 +80,13 @@ public:
     [[nodiscard]] QSizeF contentSize() const;
     /// Empty attributes for an item outside of the list.
     [[nodiscard]] CollectionViewLayoutAttributes layoutAttributesForItemAtIndexPath(qsizetype item) const;
+    /// As it was placed by the preparation before the last one.
+    [[nodiscard]] CollectionViewLayoutAttributes formerLayoutAttributesForItemAtIndexPath(qsizetype item) const;
     /// The items of all lines that `area` touches, and of `extraLines` more at either end.
     [[nodiscard]] CollectionViewRange itemsInRect(const QRectF& area, qsizetype extraLines = 0) const;
     /// The item one line before (-1) or after (1) that lies nearest to this one; the same item if there is none.
     [[nodiscard]] qsizetype itemInNeighbouringLine(qsizetype item, int direction) const;
     [[nodiscard]] bool isFlipped() const;
-
-    /// While a batch is animated, what stood before it: for `finalLayoutAttributesForDisappearingItemAtIndexPath`.
-    void keepFormer();
 
 private:
     struct State;

@@ -22,7 +22,7 @@ private:
 };
 
 /// A picture, and during a dissolve the former one below it. Render thread only.
-class ImageNode final : public QSGNode {
+class ImageNode final : public QSGTransformNode {
 public:
     ImageNode();
 

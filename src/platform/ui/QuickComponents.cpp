@@ -2,6 +2,7 @@
 
 #include "platform/dispatch/ThreadCheck.h"
 #include "platform/foundation/Log.h"
+#include "platform/ui/QuickObserver.h"
 #include "platform/ui/UiLog.h"
 
 #include <QtCore/QCoreApplication>
@@ -23,9 +24,15 @@ struct PropertyName {
     const char* name;
 };
 
+struct MethodName {
+    QuickMethod method;
+    const char* signature;
+};
+
 struct KindText {
     const char* qml;
     QList<PropertyName> properties;
+    QList<MethodName> methods;
 };
 
 KindText textOf(QuickType type)
@@ -44,7 +51,25 @@ KindText textOf(QuickType type)
                  {QuickProperty::MaximumLineCount, "maximumLineCount"},
                  {QuickProperty::LineCount, "lineCount"},
                  {QuickProperty::ContentWidth, "contentWidth"},
-                 {QuickProperty::ContentHeight, "contentHeight"}}};
+                 {QuickProperty::ContentHeight, "contentHeight"}},
+                {}};
+    case QuickType::Flickable:
+        return {"import QtQuick\nFlickable {}",
+                {{QuickProperty::ContentWidth, "contentWidth"},
+                 {QuickProperty::ContentHeight, "contentHeight"},
+                 {QuickProperty::ContentItem, "contentItem"},
+                 {QuickProperty::ContentX, "contentX"},
+                 {QuickProperty::ContentY, "contentY"},
+                 {QuickProperty::LeftMargin, "leftMargin"},
+                 {QuickProperty::TopMargin, "topMargin"},
+                 {QuickProperty::RightMargin, "rightMargin"},
+                 {QuickProperty::BottomMargin, "bottomMargin"},
+                 {QuickProperty::FlickableDirection, "flickableDirection"},
+                 {QuickProperty::Interactive, "interactive"},
+                 {QuickProperty::PressDelay, "pressDelay"},
+                 {QuickProperty::Moving, "moving"},
+                 {QuickProperty::Dragging, "dragging"}},
+                {{QuickMethod::CancelFlick, "cancelFlick()"}}};
     }
     return {};
 }
@@ -57,23 +82,41 @@ constexpr const char* accessiblePress = "pressAction()";
 
 void QuickItem::Deleter::operator()(QQuickItem* item) const
 {
+    // What the item does until it is deleted is nobody's business.
+    for (auto* const observer : item->findChildren<QuickObserver*>(QString(), Qt::FindDirectChildrenOnly)) {
+        QObject::disconnect(item, nullptr, observer, nullptr);
+    }
     item->setParentItem(nullptr);
     item->deleteLater();
 }
 
 bool QuickItem::set(QuickProperty property, const QVariant& value)
 {
-    return _item && (*_properties)[static_cast<size_t>(property)].write(_item.get(), value);
+    return _item && _members->properties[static_cast<size_t>(property)].write(_item.get(), value);
 }
 
 bool QuickItem::reset(QuickProperty property)
 {
-    return _item && (*_properties)[static_cast<size_t>(property)].reset(_item.get());
+    return _item && _members->properties[static_cast<size_t>(property)].reset(_item.get());
 }
 
 QVariant QuickItem::get(QuickProperty property) const
 {
-    return _item ? (*_properties)[static_cast<size_t>(property)].read(_item.get()) : QVariant();
+    return _item ? _members->properties[static_cast<size_t>(property)].read(_item.get()) : QVariant();
+}
+
+bool QuickItem::call(QuickMethod method)
+{
+    return _item && _members->methods[static_cast<size_t>(method)].invoke(_item.get(), Qt::DirectConnection);
+}
+
+bool QuickItem::observe(QuickProperty property, std::function<void()> handler)
+{
+    if (!_item) {
+        return false;
+    }
+    const QMetaMethod changed = _members->properties[static_cast<size_t>(property)].notifySignal();
+    return changed.isValid() && (new QuickObserver(*_item, std::move(handler)))->listenTo(changed);
 }
 
 QuickComponents& QuickComponents::shared()
@@ -123,19 +166,32 @@ QuickItem QuickComponents::create(QuickType type, QQuickItem& parent)
                                        made.component->errorString().simplified());
         return {};
     }
-    if (!made.properties->front().isValid()) {
-        for (const auto& [property, name] : textOf(type).properties) {
-            auto& resolved = (*made.properties)[static_cast<size_t>(property)];
-            resolved = item->metaObject()->property(item->metaObject()->indexOfProperty(name));
-            Q_ASSERT_X(resolved.isValid(), Q_FUNC_INFO, name);
-        }
+    if (!made.members) {
+        made.members = resolve(type, *item->metaObject());
     }
     QuickItem owner;
     object.release(); // NOLINT(bugprone-unused-return-value): the same object
     owner._item.reset(item);
-    owner._properties = made.properties;
+    owner._members = made.members;
     item->setParentItem(&parent);
     return owner;
+}
+
+std::shared_ptr<const QuickItem::Members> QuickComponents::resolve(QuickType type, const QMetaObject& metaObject)
+{
+    const auto members = std::make_shared<QuickItem::Members>();
+    const KindText text = textOf(type);
+    for (const auto& [property, name] : text.properties) {
+        auto& resolved = members->properties[static_cast<size_t>(property)];
+        resolved = metaObject.property(metaObject.indexOfProperty(name));
+        Q_ASSERT_X(resolved.isValid(), Q_FUNC_INFO, name);
+    }
+    for (const auto& [method, signature] : text.methods) {
+        auto& resolved = members->methods[static_cast<size_t>(method)];
+        resolved = metaObject.method(metaObject.indexOfMethod(signature));
+        Q_ASSERT_X(resolved.isValid(), Q_FUNC_INFO, signature);
+    }
+    return members;
 }
 
 bool QuickComponents::writeAccessible(QQuickItem& item, const QString& name, const QVariant& value)

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <QtCore/QMetaMethod>
 #include <QtCore/QMetaProperty>
 #include <QtCore/QVariant>
 #include <QtGui/QAccessible>
 #include <QtQuick/QQuickItem>
 
 #include <array>
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -19,6 +21,7 @@ namespace kovalin::platform {
 /// Items that Qt Quick has and offers no C++ class for.
 enum class QuickType {
     Text,
+    Flickable,
 };
 
 /// Their properties that views use.
@@ -33,8 +36,26 @@ enum class QuickProperty {
     Elide,
     MaximumLineCount, ///< Can be reset.
     LineCount,        ///< Read only.
-    ContentWidth,     ///< Read only.
-    ContentHeight,    ///< Read only.
+    ContentWidth,     ///< Of a text read only.
+    ContentHeight,    ///< Of a text read only.
+    ContentItem,      ///< Read only. What a Flickable moves.
+    ContentX,
+    ContentY,
+    LeftMargin,
+    TopMargin,
+    RightMargin,
+    BottomMargin,
+    FlickableDirection,
+    Interactive,
+    PressDelay,
+    Moving,   ///< Read only.
+    Dragging, ///< Read only.
+    Count,
+};
+
+/// Their operations without arguments that views use.
+enum class QuickMethod {
+    CancelFlick,
     Count,
 };
 
@@ -51,18 +72,27 @@ public:
     bool reset(QuickProperty property);
     /// Invalid if the item doesn't have the property.
     [[nodiscard]] QVariant get(QuickProperty property) const;
+    /// False if the item doesn't have the operation.
+    bool call(QuickMethod method);
+    /// Has `handler` called after each change of the property, in the midst of the item's own work, until this owner ends. False
+    /// if the item doesn't tell of it.
+    bool observe(QuickProperty property, std::function<void()> handler);
 
 private:
     friend class QuickComponents;
 
-    using Properties = std::array<QMetaProperty, static_cast<size_t>(QuickProperty::Count)>;
+    /// Where the item's class has them; the others are invalid.
+    struct Members {
+        std::array<QMetaProperty, static_cast<size_t>(QuickProperty::Count)> properties;
+        std::array<QMetaMethod, static_cast<size_t>(QuickMethod::Count)> methods;
+    };
 
     struct Deleter {
         void operator()(QQuickItem* item) const;
     };
 
     std::unique_ptr<QQuickItem, Deleter> _item;
-    std::shared_ptr<const Properties> _properties;
+    std::shared_ptr<const Members> _members;
 };
 
 /// Makes items out of QML's components. The only place that knows QML's texts and names. Main thread only; made on first use, goes with
@@ -84,7 +114,8 @@ public:
 private:
     struct Kind {
         std::unique_ptr<QQmlComponent> component;
-        std::shared_ptr<QuickItem::Properties> properties = std::make_shared<QuickItem::Properties>();
+        /// Null before the first item.
+        std::shared_ptr<const QuickItem::Members> members;
         bool isMissing = false;
     };
 
@@ -92,6 +123,7 @@ private:
     ~QuickComponents();
 
     Kind& kind(QuickType type);
+    static std::shared_ptr<const QuickItem::Members> resolve(QuickType type, const QMetaObject& metaObject);
     bool writeAccessible(QQuickItem& item, const QString& name, const QVariant& value);
 
     const std::unique_ptr<QQmlEngine> _engine;

@@ -69,7 +69,10 @@ protected:
     /// Called before the delegate is told, on the same occasions.
     virtual void contentOffsetDidChange();
 
+    void didMoveToWindow() override;
+    void visibilityDidChange() override;
     void presentedSizeDidChange(const QSizeF& size) override;
+    bool childMouseEventFilter(QQuickItem* item, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:

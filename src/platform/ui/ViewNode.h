@@ -17,8 +17,11 @@ QT_END_NAMESPACE
 
 namespace kovalin::platform {
 
+// These derive from QSGTransformNode, and transform nothing: below a plain QSGNode the software renderer draws what is added later
+// at the window's origin.
+
 /// Draws a panel as up to nine pieces of one texture. Render thread only.
-class PanelNode final : public QSGNode {
+class PanelNode final : public QSGTransformNode {
 public:
     /// Draws `panel`, moved by `origin`. The texture is made anew only if its picture is another one.
     void update(QQuickWindow& window, const RoundedPanel& panel, const QPointF& origin);
@@ -33,7 +36,7 @@ private:
 };
 
 /// What a view draws: its shadow, its background with corners and border, its content. Render thread only.
-class ViewNode final : public QSGNode {
+class ViewNode final : public QSGTransformNode {
 public:
     void update(QQuickWindow& window, const QSizeF& size, const QColor& background, const LayerStyle& style);
 

@@ -163,6 +163,22 @@ TEST_F(ViewDrawingTest, whatIsDrawnFollowsEveryChange)
     EXPECT_EQ(colorAt({25, 25}), QColor(Qt::green));
 }
 
+TEST_F(ViewDrawingTest, whatIsDrawnAfterAFirstFrameIsInItsPlace)
+{
+    const auto bordered = addView({});
+    bordered->setBorder(2, Qt::red);
+    const auto plain = addView({100, 100, 50, 50});
+    grab();
+    bordered->setFrame({20, 30, 50, 50});
+    plain->setBackgroundColor(Qt::green);
+    plain->setShadow({.color = Qt::blue, .offset = {0, 10}});
+    const QImage picture = grab();
+    EXPECT_EQ(colorAt(picture, ratio(), {45, 31}), QColor(Qt::red));
+    EXPECT_EQ(colorAt(picture, ratio(), {25, 1}), QColor(Qt::white));
+    EXPECT_EQ(colorAt(picture, ratio(), {125, 125}), QColor(Qt::green));
+    EXPECT_EQ(colorAt(picture, ratio(), {125, 155}), QColor(Qt::blue));
+}
+
 TEST_F(ViewDrawingTest, anotherWindowDrawsItAnew)
 {
     const auto view = addView({0, 0, 100, 100}, Qt::red);

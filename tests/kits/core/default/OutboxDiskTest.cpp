@@ -1,5 +1,5 @@
-#include "kits/core/default/LogLines.h"
 #include "kits/core/default/OutboxFixture.h"
+#include "support/LogLines.h"
 
 #include <QtCore/QFileInfo>
 

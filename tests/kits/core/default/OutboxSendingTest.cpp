@@ -1,6 +1,6 @@
-#include "kits/core/default/LogLines.h"
 #include "kits/core/default/OutboxFixture.h"
 #include "platform/foundation/Random.h"
+#include "support/LogLines.h"
 
 namespace kovalin::test {
 namespace {

@@ -1,9 +1,9 @@
 #include "kits/core/default/QXSDKHttpOperationalMetricsQueue.h"
 
 #include "kits/core/QXSDKClientSetup.h"
-#include "kits/core/default/LogLines.h"
 #include "kits/core/default/OutboxFile.h"
 #include "platform/foundation/CachesDirectory.h"
+#include "support/LogLines.h"
 #include "support/LoopbackServer.h"
 #include "support/ManualClock.h"
 #include "support/ManualDelayClock.h"
