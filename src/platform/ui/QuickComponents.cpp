@@ -35,6 +35,37 @@ struct KindText {
     QList<MethodName> methods;
 };
 
+/// The caret stands on whole points and blinks, as the platform wants it to, only while the keyboard is the item's. The item
+/// itself declares no properties: their descriptions would go with it, and the others' are kept for all items.
+constexpr const char* textInput = R"(import QtQuick
+TextInput {
+    id: input
+    selectByMouse: true
+    cursorDelegate: Item {
+        id: caret
+        readonly property bool isUsed: input.cursorVisible && input.activeFocus
+        property bool isLit: true
+        width: 2
+        visible: isUsed
+        onXChanged: { isLit = true; if (blinking.running) blinking.restart() }
+        Rectangle {
+            x: Math.round(caret.x) - caret.x - width / 2
+            width: caret.width
+            height: caret.height
+            color: input.selectionColor
+            visible: caret.isLit
+        }
+        Timer {
+            id: blinking
+            interval: Qt.styleHints.cursorFlashTime / 2
+            repeat: true
+            running: caret.isUsed && Qt.styleHints.cursorFlashTime > 1
+            onTriggered: caret.isLit = !caret.isLit
+            onRunningChanged: caret.isLit = true
+        }
+    }
+})";
+
 KindText textOf(QuickType type)
 {
     switch (type) {
@@ -70,12 +101,31 @@ KindText textOf(QuickType type)
                  {QuickProperty::Moving, "moving"},
                  {QuickProperty::Dragging, "dragging"}},
                 {{QuickMethod::CancelFlick, "cancelFlick()"}}};
+    case QuickType::TextInput:
+        return {textInput,
+                {{QuickProperty::Text, "text"},
+                 {QuickProperty::Font, "font"},
+                 {QuickProperty::Color, "color"},
+                 {QuickProperty::HorizontalAlignment, "horizontalAlignment"},
+                 {QuickProperty::VerticalAlignment, "verticalAlignment"},
+                 {QuickProperty::ContentWidth, "contentWidth"},
+                 {QuickProperty::ContentHeight, "contentHeight"},
+                 {QuickProperty::DisplayText, "displayText"},
+                 {QuickProperty::PreeditText, "preeditText"},
+                 {QuickProperty::CursorPosition, "cursorPosition"},
+                 {QuickProperty::SelectionColor, "selectionColor"},
+                 {QuickProperty::SelectedTextColor, "selectedTextColor"},
+                 {QuickProperty::MaximumLength, "maximumLength"},
+                 {QuickProperty::InputMethodHints, "inputMethodHints"}},
+                {}};
     }
     return {};
 }
 
 const QString accessibleRole = QStringLiteral("Accessible.role");
-const QString accessibleName = QStringLiteral("Accessible.name");
+const QString accessibleNameProperty = QStringLiteral("Accessible.name");
+const QString accessibleIgnored = QStringLiteral("Accessible.ignored");
+const QString enterKeyType = QStringLiteral("EnterKey.type");
 constexpr const char* accessiblePress = "pressAction()";
 
 } // namespace
@@ -194,23 +244,45 @@ std::shared_ptr<const QuickItem::Members> QuickComponents::resolve(QuickType typ
     return members;
 }
 
-bool QuickComponents::writeAccessible(QQuickItem& item, const QString& name, const QVariant& value)
+QQmlContext* QuickComponents::anyContext()
 {
     if (!_anyItem.item()) {
         QQuickItem nobody;
         _anyItem = create(QuickType::Text, nobody);
     }
-    return _anyItem.item() && QQmlProperty(&item, name, qmlContext(_anyItem.item())).write(value);
+    return _anyItem.item() ? qmlContext(_anyItem.item()) : nullptr;
+}
+
+bool QuickComponents::writeAttached(QQuickItem& item, const QString& name, const QVariant& value)
+{
+    QQmlContext* const context = anyContext();
+    return context && QQmlProperty(&item, name, context).write(value);
+}
+
+QString QuickComponents::accessibleName(QQuickItem& item)
+{
+    QQmlContext* const context = anyContext();
+    return context ? QQmlProperty(&item, accessibleNameProperty, context).read().toString() : QString();
 }
 
 void QuickComponents::setAccessibleRole(QQuickItem& item, QAccessible::Role role)
 {
-    writeAccessible(item, accessibleRole, static_cast<int>(role));
+    writeAttached(item, accessibleRole, static_cast<int>(role));
 }
 
 void QuickComponents::setAccessibleName(QQuickItem& item, const QString& name)
 {
-    writeAccessible(item, accessibleName, name);
+    writeAttached(item, accessibleNameProperty, name);
+}
+
+void QuickComponents::setAccessibleIgnored(QQuickItem& item)
+{
+    writeAttached(item, accessibleIgnored, true);
+}
+
+void QuickComponents::setEnterKeyType(QQuickItem& item, Qt::EnterKeyType type)
+{
+    writeAttached(item, enterKeyType, static_cast<int>(type));
 }
 
 void QuickComponents::connectAccessiblePress(QQuickItem& item, const char* slot)

@@ -13,6 +13,7 @@
 
 QT_BEGIN_NAMESPACE
 class QQmlComponent;
+class QQmlContext;
 class QQmlEngine;
 QT_END_NAMESPACE
 
@@ -22,6 +23,7 @@ namespace kovalin::platform {
 enum class QuickType {
     Text,
     Flickable,
+    TextInput,
 };
 
 /// Their properties that views use.
@@ -48,8 +50,15 @@ enum class QuickProperty {
     FlickableDirection,
     Interactive,
     PressDelay,
-    Moving,   ///< Read only.
-    Dragging, ///< Read only.
+    Moving,      ///< Read only.
+    Dragging,    ///< Read only.
+    DisplayText, ///< With what an input method composes. Read only.
+    PreeditText, ///< Read only.
+    CursorPosition,
+    SelectionColor, ///< The caret's too.
+    SelectedTextColor,
+    MaximumLength,
+    InputMethodHints,
     Count,
 };
 
@@ -108,6 +117,11 @@ public:
     /// What assistive tools are told of an item; nothing where a module is missing.
     void setAccessibleRole(QQuickItem& item, QAccessible::Role role);
     void setAccessibleName(QQuickItem& item, const QString& name);
+    [[nodiscard]] QString accessibleName(QQuickItem& item);
+    /// For what only adorns: assistive tools pass it over.
+    void setAccessibleIgnored(QQuickItem& item);
+    /// What the return key of a virtual keyboard says while the item has the focus.
+    void setEnterKeyType(QQuickItem& item, Qt::EnterKeyType type);
     /// Has `slot`, the signature of a slot of the item's, called when an assistive tool presses the item. Once for an item.
     void connectAccessiblePress(QQuickItem& item, const char* slot);
 
@@ -124,7 +138,9 @@ private:
 
     Kind& kind(QuickType type);
     static std::shared_ptr<const QuickItem::Members> resolve(QuickType type, const QMetaObject& metaObject);
-    bool writeAccessible(QQuickItem& item, const QString& name, const QVariant& value);
+    /// Null where a module is missing.
+    [[nodiscard]] QQmlContext* anyContext();
+    bool writeAttached(QQuickItem& item, const QString& name, const QVariant& value);
 
     const std::unique_ptr<QQmlEngine> _engine;
     std::map<QuickType, Kind> _kinds;

@@ -2,17 +2,13 @@
 
 #include "platform/dispatch/ThreadCheck.h"
 #include "platform/ui/Animation.h"
-#include "platform/ui/QuickComponents.h"
-#include "platform/ui/ScrollGeometry.h"
-#include "platform/ui/ScrollIndicators.h"
-#include "platform/ui/TreeChange.h"
+#include "platform/ui/ScrollViewState.h"
 
-#include <QtCore/QVariantAnimation>
+#include <QtCore/QScopeGuard>
 #include <QtGui/QKeyEvent>
-#include <QtQuick/QQuickWindow>
 
-#include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <optional>
 #include <utility>
 
@@ -20,11 +16,6 @@ namespace kovalin::platform {
 
 namespace {
 
-// As Qt Quick's Flickable numbers them.
-constexpr int horizontalFlick = 1;
-constexpr int verticalFlick = 2;
-
-constexpr std::chrono::milliseconds scrollDuration(300);
 /// How long a finger rests before a press in the content counts as one; long enough to tell a flick from it.
 constexpr std::chrono::milliseconds touchDelay(150);
 /// What a page key leaves on show, in parts of a page, so that the eye finds the place again.
@@ -35,205 +26,6 @@ constexpr double pageOverlap = 0.1;
 ScrollViewDelegate::~ScrollViewDelegate() = default;
 
 void ScrollViewDelegate::scrollViewDidScroll(ScrollView& /*scrollView*/) {}
-
-struct ScrollView::State {
-    explicit State(ScrollView& owner);
-
-    [[nodiscard]] ScrollGeometry geometry() const { return {view.bounds().size(), contentSize, inset}; }
-    [[nodiscard]] QPointF offset() const;
-    [[nodiscard]] bool isAnimating() const { return animation.state() != QAbstractAnimation::Stopped; }
-    [[nodiscard]] bool isMovedByQuick() const;
-    [[nodiscard]] bool isMoving() const { return isAnimating() || isMovedByQuick(); }
-    [[nodiscard]] bool canBeSeen() const;
-
-    void setUpFlickable();
-    void setUpAnimation();
-
-    void moveTo(const QPointF& target);
-    void animateTo(const QPointF& target);
-    void endMotion();
-    void settle();
-    void tellIfMoved();
-    void motionMayHaveChanged();
-    void geometryMayHaveChanged();
-
-    ScrollView& view;
-    QuickItem flickable;
-    const std::shared_ptr<View> content = makeView<View>();
-    ScrollIndicators indicators;
-    std::weak_ptr<ScrollViewDelegate> delegate;
-
-    QSizeF contentSize{0, 0};
-    QMarginsF inset;
-    bool delaysContentTouches = false;
-
-    /// From 0 to 1, on the way from one offset to the other.
-    QVariantAnimation animation;
-    QPointF animationStart;
-    QPointF animationEnd;
-
-    /// Both coordinates are being set, which Flickable tells of one by one.
-    bool isBeingMoved = false;
-    QPointF toldOffset;
-    bool toldMoving = false;
-    ScrollGeometry knownGeometry;
-};
-
-ScrollView::State::State(ScrollView& owner)
-    : view(owner)
-{
-}
-
-void ScrollView::State::setUpFlickable()
-{
-    flickable = QuickComponents::shared().create(QuickType::Flickable, view);
-    view.addSubview(content);
-    indicators.addTo(view);
-    if (!flickable.item()) {
-        return;
-    }
-    const TreeChange change;
-    content->setParentItem(flickable.get(QuickProperty::ContentItem).value<QQuickItem*>());
-    flickable.set(QuickProperty::ContentWidth, 0);
-    flickable.set(QuickProperty::ContentHeight, 0);
-    flickable.set(QuickProperty::Interactive, false);
-    flickable.observe(QuickProperty::ContentX, [this] { tellIfMoved(); });
-    flickable.observe(QuickProperty::ContentY, [this] { tellIfMoved(); });
-    flickable.observe(QuickProperty::Moving, [this] {
-        // The wheel, or a finger.
-        if (isMovedByQuick()) {
-            animation.stop();
-        }
-        motionMayHaveChanged();
-    });
-    flickable.observe(QuickProperty::Dragging, [this] { motionMayHaveChanged(); });
-}
-
-void ScrollView::State::setUpAnimation()
-{
-    animation.setDuration(static_cast<int>(scrollDuration.count()));
-    animation.setEasingCurve(QEasingCurve::InOutSine);
-    animation.setStartValue(0.0);
-    animation.setEndValue(1.0);
-    QObject::connect(&animation, &QVariantAnimation::valueChanged, &view, [this](const QVariant& progress) {
-        if (isAnimating()) {
-            moveTo(geometry().clamped(animationStart + (animationEnd - animationStart) * progress.toDouble()));
-        }
-    });
-    QObject::connect(&animation, &QVariantAnimation::stateChanged, &view, [this] { motionMayHaveChanged(); });
-}
-
-QPointF ScrollView::State::offset() const
-{
-    if (!flickable.item()) {
-        return geometry().start();
-    }
-    return {flickable.get(QuickProperty::ContentX).toDouble(), flickable.get(QuickProperty::ContentY).toDouble()};
-}
-
-bool ScrollView::State::isMovedByQuick() const
-{
-    return flickable.get(QuickProperty::Moving).toBool() || flickable.get(QuickProperty::Dragging).toBool();
-}
-
-bool ScrollView::State::canBeSeen() const
-{
-    return view.isVisible() && view.window() && view.window()->isVisible();
-}
-
-// Motion
-
-void ScrollView::State::moveTo(const QPointF& target)
-{
-    isBeingMoved = true;
-    flickable.set(QuickProperty::ContentX, target.x());
-    flickable.set(QuickProperty::ContentY, target.y());
-    isBeingMoved = false;
-    tellIfMoved();
-}
-
-void ScrollView::State::animateTo(const QPointF& target)
-{
-    if (isMovedByQuick()) {
-        flickable.call(QuickMethod::CancelFlick);
-    }
-    animation.stop();
-    animationStart = offset();
-    animationEnd = target;
-    animation.start();
-}
-
-void ScrollView::State::endMotion()
-{
-    animation.stop();
-    if (isMovedByQuick()) {
-        flickable.call(QuickMethod::CancelFlick);
-    }
-}
-
-void ScrollView::State::settle()
-{
-    const QPointF target = geometry().clamped(offset());
-    if (target != offset()) {
-        moveTo(target);
-    }
-}
-
-void ScrollView::State::tellIfMoved()
-{
-    const QPointF now = offset();
-    if (isBeingMoved || now == toldOffset) {
-        return;
-    }
-    toldOffset = now;
-    // Whoever is told may let the last reference go.
-    const auto self = view.weak_from_this().lock();
-    if (!self) {
-        return;
-    }
-    indicators.place(geometry(), now);
-    view.contentOffsetDidChange();
-    if (const auto told = delegate.lock()) {
-        told->scrollViewDidScroll(view);
-    }
-}
-
-void ScrollView::State::motionMayHaveChanged()
-{
-    if (std::exchange(toldMoving, isMoving()) == isMoving()) {
-        return;
-    }
-    if (toldMoving) {
-        indicators.show();
-        return;
-    }
-    indicators.fade();
-    // Content or insets may have changed while it bounced.
-    settle();
-}
-
-void ScrollView::State::geometryMayHaveChanged()
-{
-    const ScrollGeometry now = geometry();
-    const ScrollGeometry before = std::exchange(knownGeometry, now);
-    const bool horizontal = now.scrollsHorizontally();
-    const bool vertical = now.scrollsVertically();
-    if (horizontal || vertical) {
-        flickable.set(QuickProperty::FlickableDirection,
-                      (horizontal ? horizontalFlick : 0) | (vertical ? verticalFlick : 0));
-    }
-    flickable.set(QuickProperty::Interactive, horizontal || vertical);
-
-    const QPointF present = offset();
-    const bool isBouncing = isMovedByQuick() && before.clamped(present) != present;
-    if (!isBouncing && now.clamped(present) != present) {
-        endMotion();
-        settle();
-    }
-    indicators.place(now, offset());
-}
-
-// The view
 
 ScrollView::ScrollView()
     : _scroll(std::make_unique<State>(*this))
@@ -406,6 +198,9 @@ void ScrollView::visibilityDidChange()
 void ScrollView::presentedSizeDidChange(const QSizeF& size)
 {
     if (QQuickItem* const item = _scroll->flickable.item()) {
+        // Flickable corrects the offset at once; whom that concerns is told by the layout.
+        const auto restore =
+            qScopeGuard([this, was = std::exchange(_scroll->isBeingMoved, true)] { _scroll->isBeingMoved = was; });
         item->setSize(size);
     }
 }

@@ -2,6 +2,7 @@
 
 #include "platform/ui/Button.h"
 #include "platform/ui/Label.h"
+#include "platform/ui/TextField.h"
 #include "support/ViewTest.h"
 
 #include <QtCore/QStringList>
@@ -55,6 +56,21 @@ TEST_F(MissingModulesTest, aButtonStillWorks)
     root()->addSubview(button);
     tap({50, 50});
     EXPECT_EQ(taps, 1);
+}
+
+TEST_F(MissingModulesTest, aTextFieldKeepsItsText)
+{
+    const auto field = makeView<TextField>();
+    field->setFrame({0, 0, 100, 100});
+    field->setPlaceholder(QStringLiteral("Search"));
+    field->setText(QStringLiteral("hello"));
+    field->setBackgroundColor(Qt::yellow);
+    root()->addSubview(field);
+    tap({50, 50});
+    EXPECT_FALSE(field->becomeFirstResponder());
+    field->resignFirstResponder();
+    EXPECT_EQ(field->text(), QStringLiteral("hello"));
+    EXPECT_EQ(colorAt({50, 50}), QColor(Qt::yellow));
 }
 
 } // namespace
