@@ -4,6 +4,7 @@
 #include "platform/dispatch/ThreadCheck.h"
 #include "platform/foundation/Log.h"
 #include "platform/ui/Animation.h"
+#include "platform/ui/CollectionAccessibility.h"
 #include "platform/ui/CollectionViewState.h"
 #include "platform/ui/UiLog.h"
 
@@ -30,6 +31,7 @@ CollectionView::CollectionView(const std::shared_ptr<CollectionViewFlowLayout>& 
     : _collection(std::make_unique<State>(layout))
 {
     setUpFocus();
+    installCollectionAccessibility();
     setAccessibilityRole(QAccessible::List);
     connect(qGuiApp, &QGuiApplication::layoutDirectionChanged, this, [this] { setNeedsLayout(); });
 }
@@ -123,12 +125,16 @@ void CollectionView::reloadData()
 
 void CollectionView::layoutSubviews()
 {
-    ScrollView::layoutSubviews();
     const auto self = weak_from_this().lock();
-    if (_collection->isPlacingCells) {
+    State& state = *_collection;
+    // What the scroll view corrects is placed by this pass.
+    const bool wasPlacingCells = std::exchange(state.isPlacingCells, true);
+    ScrollView::layoutSubviews();
+    state.isPlacingCells = wasPlacingCells;
+    if (wasPlacingCells) {
         return;
     }
-    State& state = *_collection;
+    const bool reloads = state.needsReload;
     // In an animation a layout animates what stays, and nothing else.
     {
         const auto restore =
@@ -144,6 +150,9 @@ void CollectionView::layoutSubviews()
         });
         state.cells.forgetFormerItems();
         placeFocusRing();
+    }
+    if (reloads) {
+        CollectionAccessibility::itemsDidChange(*this);
     }
     if (state.needsReload) {
         // Wanted by who was asked for a cell. A layout can't ask for another one.

@@ -125,6 +125,7 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
+    friend class CollectionAccessibility;
     friend class CollectionViewCell;
     struct State;
 

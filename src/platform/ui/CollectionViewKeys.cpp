@@ -2,6 +2,7 @@
 
 #include "platform/dispatch/ThreadCheck.h"
 #include "platform/ui/Animation.h"
+#include "platform/ui/CollectionAccessibility.h"
 #include "platform/ui/CollectionViewState.h"
 
 #include <QtGui/QGuiApplication>
@@ -62,6 +63,7 @@ void CollectionView::focusItem(qsizetype item)
     state.isFocusShown = true;
     scrollToItemAtIndexPath(item, false);
     placeFocusRing();
+    CollectionAccessibility::focusedItemDidChange(*this);
 }
 
 qsizetype CollectionView::firstVisibleItem() const

@@ -4,6 +4,7 @@
 #include "platform/dispatch/ThreadCheck.h"
 #include "platform/foundation/Log.h"
 #include "platform/ui/Animation.h"
+#include "platform/ui/CollectionAccessibility.h"
 #include "platform/ui/CollectionViewState.h"
 #include "platform/ui/UiLog.h"
 
@@ -66,6 +67,7 @@ void CollectionView::performBatchUpdates(const std::function<void()>& updates, s
     state.count = newCount;
     state.preparedFor.reset();
     animateTo(mapping, complete);
+    CollectionAccessibility::itemsDidChange(*this);
 
     QList<qsizetype> reloaded;
     for (const qsizetype item : batch.reloadedItems()) {

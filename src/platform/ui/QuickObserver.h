@@ -7,7 +7,8 @@
 
 namespace kovalin::platform {
 
-/// Calls a function at a signal that is known only at run time. Main thread only; belongs to the object that it listens to.
+/// Calls a function at a signal that is known only at run time. Main thread only; belongs to the object that it listens
+/// to.
 class QuickObserver final : public QObject {
     Q_OBJECT
 

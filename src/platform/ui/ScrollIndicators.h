@@ -11,8 +11,8 @@ namespace kovalin::platform {
 
 class View;
 
-/// The two thin bars that tell how much of a scroll view's content is seen, and where. They take no touches. Main thread
-/// only.
+/// The two thin bars that tell how much of a scroll view's content is seen, and where. They take no touches.
+/// Main thread only.
 class ScrollIndicators final {
 public:
     ScrollIndicators();

@@ -1,6 +1,5 @@
-#include "support/CollectionViewTest.h"
-
 #include "platform/ui/Button.h"
+#include "support/CollectionViewTest.h"
 
 #include <QtGui/QGuiApplication>
 #include <QtGui/QPalette>

@@ -129,6 +129,21 @@ TEST_F(CollectionViewTest, FollowsItsSizeAndInsets)
     EXPECT_EQ(view->contentSize().width(), 50) << "an inset alone asks for a layout";
 }
 
+TEST_F(CollectionViewTest, StaysAtItsEndWhenItGrowsThere)
+{
+    fill(100);
+    view->setContentOffset({0, 1e9}, false);
+    grab();
+    const LogLines lines;
+    view->setFrame({0, 0, 200, 190});
+    grab();
+    view->setFrame({0, 0, 200, 200});
+    grab();
+    EXPECT_EQ(view->contentOffset().y(), 25 * 50 - 200);
+    EXPECT_EQ(itemsWithCells(), range(80, 100));
+    EXPECT_EQ(LogLines::count(QStringLiteral("asks for itself again")), 0);
+}
+
 TEST_F(CollectionViewTest, StandsAListThatIsEmptyOrHasNoSource)
 {
     fill(0);

@@ -2,10 +2,12 @@
 
 #include "platform/ui/Button.h"
 #include "platform/ui/Label.h"
+#include "platform/ui/ScrollView.h"
 #include "platform/ui/TextField.h"
 #include "support/ViewTest.h"
 
 #include <QtCore/QStringList>
+#include <QtTest/QTest>
 
 using namespace kovalin::platform;
 
@@ -71,6 +73,40 @@ TEST_F(MissingModulesTest, aTextFieldKeepsItsText)
     field->resignFirstResponder();
     EXPECT_EQ(field->text(), QStringLiteral("hello"));
     EXPECT_EQ(colorAt({50, 50}), QColor(Qt::yellow));
+}
+
+TEST_F(MissingModulesTest, aScrollViewShowsItsContentAndStaysWhereItIs)
+{
+    const auto scroll = makeView<ScrollView>();
+    scroll->setFrame({0, 0, 100, 100});
+    scroll->setContentSize({100, 1000});
+    scroll->setContentInset({0, 10, 0, 10});
+    scroll->setDelaysContentTouches(true);
+    scroll->setShowsVerticalScrollIndicator(false);
+    scroll->setScrollIndicatorInsets({0, 10, 0, 10});
+    const auto row = makeView<Button>();
+    row->setFrame({0, 0, 100, 500});
+    row->setBackgroundColor(Qt::yellow);
+    int taps = 0;
+    row->setOnTouchUpInside([&] { ++taps; });
+    scroll->contentView()->addSubview(row);
+    root()->addSubview(scroll);
+    EXPECT_EQ(colorAt({50, 50}), QColor(Qt::yellow));
+    EXPECT_EQ(colorAt({50, 5}), QColor(Qt::white));
+    EXPECT_EQ(colorAt({50, 150}), QColor(Qt::white));
+
+    for (const bool isAnimated : {false, true}) {
+        scroll->setContentOffset({0, 300}, isAnimated);
+        kovalin::test::drainMainQueue();
+        EXPECT_EQ(scroll->contentOffset(), QPointF(0, -10));
+    }
+    scroll->forceActiveFocus();
+    QTest::keyClick(&window(), Qt::Key_End);
+    EXPECT_EQ(scroll->contentOffset(), QPointF(0, -10));
+    EXPECT_EQ(scroll->contentSize(), QSizeF(100, 1000));
+    tap({50, 50});
+    EXPECT_EQ(taps, 1);
+    scroll->removeFromSuperview();
 }
 
 } // namespace
