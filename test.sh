@@ -49,6 +49,7 @@ if [[ ${CI:-} == true ]]; then
     build/bin/fusion_search_bench --quick
     build/bin/image_store_bench --quick
     build/bin/analytics_queue_bench --quick
+    build/bin/sticker_grid_bench --quick
     run_tests release
     for preset in asan tsan; do
         build "$preset"
@@ -69,4 +70,5 @@ if $long; then
     build/bench/bin/fusion_search_bench
     build/bench/bin/image_store_bench
     build/bench/bin/analytics_queue_bench
+    build/bench/bin/sticker_grid_bench
 fi

@@ -12,6 +12,8 @@ build_packages=(
 )
 test_packages=(
     dbus-daemon git gnome-keyring libgmock-dev libgtest-dev libsecret-1-0 python3-cbor2
+    fonts-dejavu-core # the one font of pictures that are compared
+    libgl1-mesa-dri xvfb # windows on a display
 )
 bench_packages=(
     libbenchmark-dev libfasttext-dev libxapian-dev

@@ -7,6 +7,8 @@
 namespace kovalin::test {
 
 /// The time of all of Qt's animations, which passes only in `step`. Main thread only; one at a time.
+///
+/// Off screen alone. On a display a test whose fixture has one is skipped; a test that makes one in its body fails there.
 class ManualAnimationDriver final : public QAnimationDriver {
 public:
     ManualAnimationDriver();
@@ -18,6 +20,7 @@ public:
     [[nodiscard]] qint64 elapsed() const override;
 
 private:
+    const bool _isPossible;
     std::chrono::milliseconds _elapsed{0};
 };
 

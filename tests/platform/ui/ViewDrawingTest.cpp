@@ -188,6 +188,7 @@ TEST_F(ViewDrawingTest, anotherWindowDrawsItAnew)
     QQuickWindow other;
     other.resize(side, side);
     other.show();
+    ASSERT_TRUE(kovalin::test::waitFor([&] { return other.isExposed(); }));
     view->setParentItem(other.contentItem());
     EXPECT_EQ(colorAt(other.grabWindow(), other.effectiveDevicePixelRatio(), {50, 50}), QColor(Qt::red));
     view->setParentItem(root().get());

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "picker/config/QXSDKKovalinStickerPickerConfig.h"
+#include "picker/config/QXSDKKovalinStickerPickerConfigBuilder.h"
+#include "picker/config/QXSDKKovalinStickerPickerTheme.h"
+
+#include <QtCore/QString>
+
+namespace kovalin::test {
+
+/// The theme and the direction that a picture of the picker is drawn in; its name is a part of the picture's.
+struct PictureLook {
+    bool isDark = false;
+    Qt::LayoutDirection direction = Qt::LeftToRight;
+
+    [[nodiscard]] QString name() const
+    {
+        return (isDark ? QStringLiteral("dark") : QStringLiteral("light")) +
+               (direction == Qt::RightToLeft ? QStringLiteral("_right_to_left") : QString());
+    }
+
+    [[nodiscard]] QXSDKKovalinStickerPickerThemePtr theme() const
+    {
+        return isDark ? QXSDKKovalinStickerPickerTheme::darkTheme() : QXSDKKovalinStickerPickerTheme::lightTheme();
+    }
+
+    [[nodiscard]] QXSDKKovalinStickerPickerConfigPtr config() const
+    {
+        return QXSDKKovalinStickerPickerConfigBuilder().withTheme(theme()).build();
+    }
+};
+
+} // namespace kovalin::test
