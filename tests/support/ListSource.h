@@ -29,7 +29,10 @@ public:
 /// Data source and delegate of a collection view that shows a list of numbers.
 class ListSource final : public platform::CollectionViewDataSource, public platform::CollectionViewDelegate {
 public:
-    [[nodiscard]] static QColor colorOf(int number) { return QColor(QColor::fromHsv(number * 47 % 360, 255, 200).rgb()); }
+    [[nodiscard]] static QColor colorOf(int number)
+    {
+        return QColor(QColor::fromHsv(number * 47 % 360, 255, 200).rgb());
+    }
 
     [[nodiscard]] qsizetype collectionViewNumberOfItemsInSection(platform::CollectionView&) override
     {
