@@ -6,12 +6,23 @@
 
 #include <QtCore/QString>
 
+#include <array>
+
 namespace kovalin::test {
+
+/// Points: narrow and usual phones, the first width of five columns, a tablet.
+constexpr std::array<int, 4> pictureWidths{320, 412, 508, 1024};
 
 /// The theme and the direction that a picture of the picker is drawn in; its name is a part of the picture's.
 struct PictureLook {
     bool isDark = false;
     Qt::LayoutDirection direction = Qt::LeftToRight;
+
+    [[nodiscard]] static std::array<PictureLook, 4> all()
+    {
+        return {PictureLook{}, PictureLook{.isDark = true}, PictureLook{.direction = Qt::RightToLeft},
+                PictureLook{.isDark = true, .direction = Qt::RightToLeft}};
+    }
 
     [[nodiscard]] QString name() const
     {

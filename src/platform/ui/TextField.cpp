@@ -124,15 +124,7 @@ void TextField::showText()
     if (_field->item()) {
         _field->shownText = asShown(_field->input().get(QuickProperty::DisplayText).toString());
     }
-    const bool isEmpty = _field->shownText.isEmpty();
-    _field->area->placeholder->setHidden(!isEmpty);
-    if (isEmpty) {
-        // The caret stands where the placeholder begins; a text finds its own side.
-        const auto side = isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft;
-        _field->input().set(QuickProperty::HorizontalAlignment, int(side));
-    } else {
-        _field->input().reset(QuickProperty::HorizontalAlignment);
-    }
+    _field->area->placeholder->setHidden(!_field->shownText.isEmpty());
 }
 
 QString TextField::placeholder() const
@@ -207,8 +199,10 @@ void TextField::layoutSubviews()
         isRightToLeft() ? area.setRight(place.left()) : area.setLeft(place.right());
     }
     _field->area->setFrame(area.marginsRemoved(_field->insets));
-    _field->area->placeholder->setTextAlignment(isRightToLeft() ? TextAlignment::Right : TextAlignment::Left);
-    showText();
+    // Text of either direction begins where the placeholder stood.
+    const bool isMirrored = isRightToLeft();
+    _field->area->placeholder->setTextAlignment(isMirrored ? TextAlignment::Right : TextAlignment::Left);
+    _field->input().set(QuickProperty::HorizontalAlignment, int(isMirrored ? Qt::AlignRight : Qt::AlignLeft));
 }
 
 // Input methods

@@ -5,24 +5,40 @@
 
 #include <QtTest/QTest>
 
+#include <ostream>
+#include <vector>
+
 using kovalin::platform::makeView;
 using kovalin::test::PictureLook;
+using kovalin::test::pictureWidths;
 
 namespace {
 
 const QString scene = QStringLiteral("search_bar");
 
+struct BarPicture {
+    int width; // points
+    PictureLook look = {};
+
+    [[nodiscard]] QString name() const { return QStringLiteral("%1_%2").arg(width).arg(look.name()); }
+};
+
+void PrintTo(const BarPicture& picture, std::ostream* stream)
+{
+    *stream << picture.name().toStdString();
+}
+
 /// The bar in each of its states by focus and text, as in the table of its rules.
-class SearchBarPicturesTest : public kovalin::test::PictureTest, public testing::WithParamInterface<PictureLook> {
+class SearchBarPicturesTest : public kovalin::test::PictureTest, public testing::WithParamInterface<BarPicture> {
 protected:
-    static constexpr QSize size{412, 48};
-    static constexpr QPointF inField{200, 24};
+    static constexpr int height = 40; // points
+    static constexpr QPointF inField{200, 20};
 
     void SetUp() override
     {
         PictureTest::SetUp();
         if (!IsSkipped() && !HasFatalFailure()) {
-            showBar(size);
+            showBar({GetParam().width, height});
         }
     }
 
@@ -30,7 +46,7 @@ protected:
 
     void showBar(const QSize& barSize)
     {
-        const PictureLook& look = GetParam();
+        const PictureLook& look = GetParam().look;
         const bool isRightToLeft = look.direction == Qt::RightToLeft;
         QXSDKKovalinSetPreferredLanguages({isRightToLeft ? QStringLiteral("ar") : QStringLiteral("en")});
         show({.size = barSize, .background = look.theme()->backgroundColor(), .direction = look.direction},
@@ -91,10 +107,24 @@ TEST_P(SearchBarPicturesTest, withTextAndNoFocus)
     EXPECT_TRUE(looksAs("left"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Looks, SearchBarPicturesTest,
-                         testing::Values(PictureLook{}, PictureLook{.isDark = true},
-                                         PictureLook{.direction = Qt::RightToLeft},
-                                         PictureLook{.isDark = true, .direction = Qt::RightToLeft}),
-                         [](const auto& look) { return look.param.name().toStdString(); });
+TEST_P(SearchBarPicturesTest, withATextThatIsTooLong)
+{
+    bar->setText(QStringLiteral("a happy cat that waves to its friend, ").repeated(4));
+    EXPECT_TRUE(looksAs("too_long"));
+}
+
+std::vector<BarPicture> barPictures()
+{
+    std::vector<BarPicture> made;
+    for (const int width : pictureWidths) {
+        for (const PictureLook& look : PictureLook::all()) {
+            made.push_back({width, look});
+        }
+    }
+    return made;
+}
+
+INSTANTIATE_TEST_SUITE_P(Bars, SearchBarPicturesTest, testing::ValuesIn(barPictures()),
+                         [](const auto& given) { return given.param.name().toStdString(); });
 
 } // namespace

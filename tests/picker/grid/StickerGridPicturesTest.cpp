@@ -126,23 +126,15 @@ TEST_P(StickerGridPicturesTest, looksAsItsPicture)
     EXPECT_TRUE(looksAs(scene, GetParam().name()));
 }
 
-constexpr PictureLook light{};
-constexpr PictureLook dark{.isDark = true};
-constexpr PictureLook lightRightToLeft{.direction = Qt::RightToLeft};
-constexpr PictureLook darkRightToLeft{.isDark = true, .direction = Qt::RightToLeft};
-
-/// Each state in each look at a phone's width, and each width in two states.
 std::vector<GridPicture> gridPictures()
 {
     std::vector<GridPicture> made;
     for (const Tiles tiles : {Tiles::Loading, Tiles::Loaded, Tiles::Failed, Tiles::Mixed}) {
-        for (const PictureLook& look : {light, dark, lightRightToLeft, darkRightToLeft}) {
-            made.push_back({tiles, 412, look});
+        for (const int width : pictureWidths) {
+            for (const PictureLook& look : PictureLook::all()) {
+                made.push_back({tiles, width, look});
+            }
         }
-    }
-    for (const int width : {320, 508, 1024}) {
-        made.push_back({Tiles::Loaded, width, light});
-        made.push_back({Tiles::Mixed, width, darkRightToLeft});
     }
     return made;
 }

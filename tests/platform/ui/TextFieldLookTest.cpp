@@ -129,12 +129,34 @@ TEST_F(TextFieldTest, readsFromRightToLeftWhereTheInterfaceDoes)
     EXPECT_NEAR(caret()->second, 140, 3) << "beside the placeholder";
 }
 
-TEST_F(TextFieldTest, aTextStandsOnItsOwnSide)
+TEST_F(TextFieldTest, aTextOfEitherDirectionBeginsWhereTheInterfaceDoes)
 {
-    field->setText(QStringLiteral("ab"));
-    EXPECT_LT(ink()->second, 60);
-    field->setText(QStringLiteral("אב"));
-    EXPECT_GT(ink()->first, 130);
+    for (const QString& text : {QStringLiteral("ab"), QStringLiteral("אב")}) {
+        QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+        field->setNeedsLayout();
+        field->setText(text);
+        grab();
+        EXPECT_LT(ink()->second, 60);
+        QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+        field->setNeedsLayout();
+        grab();
+        EXPECT_GT(ink()->first, 110);
+    }
+}
+
+TEST_F(TextFieldTest, theBeginningOfALongTextShowsInEitherDirection)
+{
+    for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        QGuiApplication::setLayoutDirection(direction);
+        field->setNeedsLayout();
+        field->setText({});
+        grab();
+        field->setText(QStringLiteral("wwwwwwwww ").repeated(9));
+        grab();
+        ASSERT_TRUE(ink());
+        EXPECT_LT(ink()->first, 30) << direction;
+        EXPECT_GT(ink()->second, 130) << direction;
+    }
 }
 
 TEST_F(TextFieldTest, insetsKeepTheTextAway)
