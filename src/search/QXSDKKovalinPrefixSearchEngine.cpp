@@ -9,6 +9,7 @@
 #include "search/SearchWords.h"
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
 
 using namespace kovalin::platform;
@@ -27,6 +28,7 @@ public:
 
     SerialQueue processQueue{QStringLiteral("KovalinSearchIndexProcessQueue")};
     WeakSet<QXSDKKovalinSearchEngineObserver> observers; // main thread only
+    std::atomic<bool> hasEngine = true;                  // a build under way may keep the state a little longer
 
 private:
     SharedSlot<const PrefixSearchIndex> _index;
@@ -37,7 +39,10 @@ QXSDKKovalinPrefixSearchEngine::QXSDKKovalinPrefixSearchEngine()
 {
 }
 
-QXSDKKovalinPrefixSearchEngine::~QXSDKKovalinPrefixSearchEngine() = default;
+QXSDKKovalinPrefixSearchEngine::~QXSDKKovalinPrefixSearchEngine()
+{
+    _state->hasEngine = false;
+}
 
 void QXSDKKovalinPrefixSearchEngine::addObserver(const std::shared_ptr<QXSDKKovalinSearchEngineObserver>& observer)
 {
@@ -57,7 +62,7 @@ void QXSDKKovalinPrefixSearchEngine::processPacks(const KovalinPackList& packs, 
             state->_processPacks(packs);
         }
         dispatchMain([weakState, completion] {
-            if (const auto state = weakState.lock()) {
+            if (const auto state = weakState.lock(); state && state->hasEngine) {
                 state->observers.forEach([](auto& observer) { observer.searchEngineDidProcessPacks(); });
             }
             completion();

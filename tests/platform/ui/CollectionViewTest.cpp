@@ -228,10 +228,10 @@ TEST_F(CollectionViewTest, LetsAPressGoWhenItBecomesAScroll)
 TEST_F(CollectionViewTest, SelectsByTouchToo)
 {
     fill(8);
-    auto* const device = QTest::createTouchDevice();
-    QTest::touchEvent(&window(), device).press(0, {75, 25}).commit();
+    const std::unique_ptr<QPointingDevice> device(QTest::createTouchDevice());
+    QTest::touchEvent(&window(), device.get()).press(0, {75, 25}).commit();
     EXPECT_TRUE(cell(1)->isHighlighted());
-    QTest::touchEvent(&window(), device).release(0, {75, 25}).commit();
+    QTest::touchEvent(&window(), device.get()).release(0, {75, 25}).commit();
     EXPECT_FALSE(cell(1)->isHighlighted());
     EXPECT_THAT(source->selected, ElementsAre(1));
 }
