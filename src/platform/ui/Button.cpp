@@ -2,6 +2,7 @@
 
 #include "platform/dispatch/ThreadCheck.h"
 #include "platform/ui/ImageView.h"
+#include "platform/ui/Keys.h"
 #include "platform/ui/Label.h"
 #include "platform/ui/QuickComponents.h"
 
@@ -23,11 +24,6 @@ constexpr double contentSpacing = 8;
 /// Points from the button's edge to the outer edge of the ring that shows the keyboard's focus, and that ring's width.
 constexpr double focusRingDistance = 3;
 constexpr double focusRingWidth = 2;
-
-bool isPressKey(int key)
-{
-    return key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter;
-}
 
 } // namespace
 
@@ -295,8 +291,7 @@ void Button::keyReleaseEvent(QKeyEvent* event)
 void Button::focusInEvent(QFocusEvent* event)
 {
     View::focusInEvent(event);
-    const auto reason = event->reason();
-    showFocus(reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason);
+    showFocus(isKeyboardReason(event->reason()));
 }
 
 void Button::focusOutEvent(QFocusEvent* event)

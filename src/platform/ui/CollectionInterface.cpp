@@ -272,9 +272,14 @@ QStringList CollectionItemInterface::actionNames() const
 
 void CollectionItemInterface::doAction(const QString& actionName)
 {
-    if (isValid() && view()->isEnabled() && actionName == pressAction()) {
-        view()->selectItem(_item);
+    if (!isValid() || !view()->isEnabled() || actionName != pressAction()) {
+        return;
     }
+    // As a finger would: what is off screen comes there first, and has a cell then. Whoever is told of it may let the view go.
+    const auto held = std::static_pointer_cast<CollectionView>(view()->shared_from_this());
+    held->scrollToItemAtIndexPath(_item, false);
+    held->layoutIfNeeded();
+    held->selectItem(_item);
 }
 
 QStringList CollectionItemInterface::keyBindingsForAction(const QString& /*actionName*/) const

@@ -4,6 +4,7 @@
 #include "platform/ui/Animation.h"
 #include "platform/ui/CollectionAccessibility.h"
 #include "platform/ui/CollectionViewState.h"
+#include "platform/ui/Keys.h"
 
 #include <QtGui/QGuiApplication>
 #include <QtGui/QPalette>
@@ -16,16 +17,6 @@ constexpr double focusRingWidth = 2;
 constexpr double focusRingRadius = 8;
 /// Above the cells.
 constexpr double zOfFocusRing = 1;
-
-bool isSelectKey(int key)
-{
-    return key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter;
-}
-
-bool isArrowKey(int key)
-{
-    return key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Down;
-}
 
 } // namespace
 
@@ -107,7 +98,7 @@ void CollectionView::keyPressEvent(QKeyEvent* event)
             event->accept();
             return;
         }
-    } else if (isPlain && isSelectKey(key) && state.isFocusShown && state.focusedItem >= 0) {
+    } else if (isPlain && isPressKey(key) && state.isFocusShown && state.focusedItem >= 0) {
         event->accept();
         if (!event->isAutoRepeat()) {
             selectItem(state.focusedItem);
@@ -120,9 +111,7 @@ void CollectionView::keyPressEvent(QKeyEvent* event)
 void CollectionView::focusInEvent(QFocusEvent* event)
 {
     ScrollView::focusInEvent(event);
-    const auto reason = event->reason();
-    _collection->isFocusShown =
-        reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
+    _collection->isFocusShown = isKeyboardReason(event->reason());
     if (_collection->isFocusShown) {
         layoutNow();
         const qsizetype item = _collection->focusedItem < 0 ? firstVisibleItem() : _collection->focusedItem;

@@ -1,6 +1,7 @@
 // What comes from the user: focus, keys, input methods.
 
 #include "platform/dispatch/ThreadCheck.h"
+#include "platform/ui/Keys.h"
 #include "platform/ui/TextFieldState.h"
 
 #include <QtCore/QCoreApplication>
@@ -19,16 +20,6 @@ namespace {
 bool isPassing(Qt::FocusReason reason)
 {
     return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason;
-}
-
-bool isReturn(int key)
-{
-    return key == Qt::Key_Return || key == Qt::Key_Enter;
-}
-
-bool isArrow(int key)
-{
-    return key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Down;
 }
 
 /// Whether the key writes something visible. Some characters come with Alt, or with Ctrl and Alt; Ctrl or Meta alone
@@ -170,14 +161,14 @@ bool TextField::acceptKeyPress(const QKeyEvent& event)
 
 bool TextField::handleKeyPress(const QKeyEvent& event)
 {
-    if (isComposing() && (isReturn(event.key()) || isArrow(event.key()) || event.key() == Qt::Key_Escape)) {
+    if (isComposing() && (isReturnKey(event.key()) || isArrowKey(event.key()) || event.key() == Qt::Key_Escape)) {
         return true; // an input method that left it to us doesn't use it
     }
     if (event.key() == Qt::Key_Escape) {
         resignFirstResponder();
         return true;
     }
-    if (!isReturn(event.key())) {
+    if (!isReturnKey(event.key())) {
         return false;
     }
     if (const auto handler = _field->onReturn; handler && !event.isAutoRepeat()) {

@@ -3,6 +3,7 @@
 #include "platform/ui/Animation.h"
 #include "support/QtPrinting.h"
 
+#include <QtGui/QAccessible>
 #include <QtGui/QGuiApplication>
 
 #include <gmock/gmock.h>
@@ -328,12 +329,44 @@ TEST_F(QXSDKKovalinStickerGridControllerTest, DropsTwoPersonStickersAndScrollsTo
     EXPECT_EQ(grid->kovalins(), shown) << "no friend as before";
 }
 
-TEST_F(QXSDKKovalinStickerGridControllerTest, NamesTilesByTheirStickersTags)
+TEST_F(QXSDKKovalinStickerGridControllerTest, NamesTilesByTheirStickersFirstTags)
 {
-    const auto named = sticker("/red")->copy();
-    named->setTags(QStringList{QStringLiteral("hello*"), QStringLiteral("hi")});
-    show(list({named}));
-    EXPECT_EQ(grid->collectionViewAccessibilityLabelForItemAtIndexPath(*grid->view(), 0), QStringLiteral("hello"));
+    KovalinStickerList stickers = *rows(100);
+    for (qsizetype item = 0; item < stickers.size(); ++item) {
+        const auto named = stickers.at(item)->copy();
+        named->setTags(QStringList{QStringLiteral("wave %1").arg(item), QStringLiteral("hi")});
+        stickers[item] = named;
+    }
+    show(list(stickers));
+    QAccessibleInterface* const tiles = QAccessible::queryAccessibleInterface(grid->view().get());
+    ASSERT_NE(tiles, nullptr);
+    EXPECT_EQ(tiles->role(), QAccessible::List);
+    ASSERT_EQ(tiles->childCount(), 400) << "whatever has a tile on screen";
+    EXPECT_EQ(tiles->child(0)->role(), QAccessible::ListItem);
+    EXPECT_EQ(tiles->child(0)->text(QAccessible::Name), QStringLiteral("wave 0"));
+    EXPECT_EQ(tiles->child(399)->text(QAccessible::Name), QStringLiteral("wave 399"));
+    EXPECT_EQ(cell(0)->objectName(), QStringLiteral("qxsdk_kovalin_sticker"));
+}
+
+TEST_F(QXSDKKovalinStickerGridControllerTest, GivesATileThatAnAssistiveToolPresses)
+{
+    KovalinStickerList stickers = *rows(100);
+    stickers[300] = sticker("/blue");
+    show(list(stickers));
+    ASSERT_TRUE(becomesLoaded(0));
+    QAccessibleInterface* const tiles = QAccessible::queryAccessibleInterface(grid->view().get());
+    const auto press = [&](int item) {
+        tiles->child(item)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    };
+    press(0);
+    ASSERT_EQ(delegate->selected.size(), 1U);
+    EXPECT_EQ(delegate->selected[0].first, grid->kovalins()->at(0));
+    press(300);
+    EXPECT_EQ(delegate->selected.size(), 1U) << "it isn't loaded yet, and comes on screen";
+    EXPECT_TRUE(grid->view()->indexPathsForVisibleItems().contains(300));
+    ASSERT_TRUE(becomesLoaded(300));
+    press(300);
+    EXPECT_EQ(delegate->selected.size(), 2U);
 }
 
 } // namespace

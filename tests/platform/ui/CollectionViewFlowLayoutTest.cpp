@@ -1,19 +1,17 @@
 #include "platform/ui/CollectionViewFlowLayout.h"
 
+#include "support/MirroredLayout.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <limits>
 
 using namespace kovalin::platform;
+using kovalin::test::MirroredLayout;
 using testing::ElementsAre;
 
 namespace {
-
-class MirroredLayout final : public CollectionViewFlowLayout {
-public:
-    [[nodiscard]] bool flipsHorizontallyInOppositeLayoutDirection() const override { return true; }
-};
 
 std::vector<QRectF> frames(const CollectionViewFlowLayout& layout)
 {

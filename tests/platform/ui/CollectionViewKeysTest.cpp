@@ -1,5 +1,6 @@
 #include "platform/ui/Button.h"
 #include "support/CollectionViewTest.h"
+#include "support/MirroredLayout.h"
 
 #include <QtGui/QGuiApplication>
 #include <QtGui/QPalette>
@@ -26,11 +27,6 @@ protected:
         typed += event->text();
         keys.append(event->key());
     }
-};
-
-class MirroredLayout final : public CollectionViewFlowLayout {
-public:
-    [[nodiscard]] bool flipsHorizontallyInOppositeLayoutDirection() const override { return true; }
 };
 
 class CollectionViewKeysTest : public CollectionViewTest {

@@ -2,6 +2,7 @@
 
 #include "platform/ui/Animation.h"
 #include "support/LogLines.h"
+#include "support/MirroredLayout.h"
 
 #include <QtGui/QGuiApplication>
 #include <QtTest/QTest>
@@ -281,11 +282,6 @@ TEST_F(CollectionViewTest, ScrollsToAnItemAsLittleAsShowsItWhole)
     view->scrollToItemAtIndexPath(-1, false);
     EXPECT_EQ(view->contentOffset().y(), 0);
 }
-
-class MirroredLayout final : public CollectionViewFlowLayout {
-public:
-    [[nodiscard]] bool flipsHorizontallyInOppositeLayoutDirection() const override { return true; }
-};
 
 class MirroredCollectionViewTest : public CollectionViewTest {
 protected:
