@@ -15,6 +15,10 @@ function(kovalin_add_kit_layers)
     target_link_libraries(kovalin_precompiled PRIVATE Qt6::Core kovalin_warnings)
     target_precompile_headers(kovalin_precompiled PRIVATE ${KOVALIN_PRECOMPILED_HEADERS})
     set(KOVALIN_LAYERS_PRECOMPILED kovalin_precompiled)
+    add_library(kovalin_precompiled_views OBJECT "${CMAKE_BINARY_DIR}/precompiled.cpp")
+    target_link_libraries(kovalin_precompiled_views PRIVATE Qt6::Quick kovalin_warnings)
+    target_precompile_headers(kovalin_precompiled_views PRIVATE
+        ${KOVALIN_PRECOMPILED_HEADERS} ${KOVALIN_PRECOMPILED_VIEW_HEADERS})
 
     kovalin_add_layer(platform/dispatch   LIBRARY QXSDKKovalinKit LIBRARIES Qt6::Core)
     kovalin_add_layer(platform/foundation LIBRARY QXSDKKovalinKit LIBRARIES Qt6::Core Qt6::Gui Qt6::Svg)
@@ -25,7 +29,7 @@ function(kovalin_add_kit_layers)
     kovalin_add_layer(platform/store      LIBRARY QXSDKKovalinKit USES platform/dispatch platform/foundation
                                           LIBRARIES Qt6::Core Qt6::Gui SQLiteCpp)
     kovalin_add_layer(platform/ui         LIBRARY QXSDKKovalinKit USES platform/dispatch platform/foundation
-                                          LIBRARIES Qt6::Quick)
+                                          LIBRARIES Qt6::Quick PRECOMPILED kovalin_precompiled_views)
     kovalin_add_layer(kits/core           LIBRARY QXSDKKovalinKit USES platform/foundation)
     kovalin_add_layer(kits/core/default   LIBRARY QXSDKKovalinKit USES kits/core platform/dispatch platform/foundation
                                           platform/net LIBRARIES SQLiteCpp)
@@ -43,16 +47,19 @@ function(kovalin_add_kit_layers)
     kovalin_add_layer(telemetry           LIBRARY QXSDKKovalinKit USES search kits/core kits/login telemetry/base
                                           picker/config platform/dispatch platform/foundation)
     kovalin_add_layer(picker              LIBRARY QXSDKKovalinKit USES telemetry content search kits/core kits/login
-                                          telemetry/base picker/config platform/dispatch platform/foundation platform/ui)
+                                          telemetry/base picker/config platform/dispatch platform/foundation platform/ui
+                                          PRECOMPILED kovalin_precompiled_views)
 endfunction()
 
-# kovalin_add_layer(<folder below src> LIBRARY <library> [USES <layer>…] [LIBRARIES <outside target>…])
+# kovalin_add_layer(<folder below src> LIBRARY <library> [USES <layer>…] [LIBRARIES <outside target>…] [PRECOMPILED <target>])
+#
+# PRECOMPILED names whose precompiled headers the layer uses, where they aren't those of all layers.
 #
 # Makes kovalin_<layer>_headers (what a user of the layer may include) and kovalin_<layer>_objects, where <layer> is the
 # folder as kovalin_layer_name() writes it. The sources are listed in the folder's own CMakeLists.txt, with
 # target_sources(${KOVALIN_LAYER_TARGET} PRIVATE …).
 function(kovalin_add_layer folder)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "LIBRARY" "USES;LIBRARIES")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "LIBRARY;PRECOMPILED" "USES;LIBRARIES")
     kovalin_layer_name(name "${folder}")
 
     set(include_dir "${CMAKE_BINARY_DIR}/include/${name}")
@@ -71,8 +78,11 @@ function(kovalin_add_layer folder)
     target_link_libraries(${KOVALIN_LAYER_TARGET}
         PUBLIC kovalin_${name}_headers
         PRIVATE $<BUILD_INTERFACE:kovalin_warnings>)
-    if(KOVALIN_LAYERS_PRECOMPILED)
-        target_precompile_headers(${KOVALIN_LAYER_TARGET} REUSE_FROM ${KOVALIN_LAYERS_PRECOMPILED})
+    if(NOT arg_PRECOMPILED)
+        set(arg_PRECOMPILED ${KOVALIN_LAYERS_PRECOMPILED})
+    endif()
+    if(arg_PRECOMPILED)
+        target_precompile_headers(${KOVALIN_LAYER_TARGET} REUSE_FROM ${arg_PRECOMPILED})
     endif()
     set_property(GLOBAL APPEND PROPERTY ${arg_LIBRARY}_LAYERS ${KOVALIN_LAYER_TARGET})
 
