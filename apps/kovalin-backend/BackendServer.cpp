@@ -83,11 +83,13 @@ void BackendServer::_requestCame(Exchange exchange)
         _answers.answerAsUsual(exchange);
         return;
     }
+    // Who sees that the request came may give the path another rule, for the next one.
+    const AnswerRule rule = _answers.ruleFor(exchange.request());
     _records->requests.add(exchange.request());
     if (_events.requestCame) {
         _events.requestCame(exchange.request());
     }
-    _answers.answer(exchange);
+    _answers.answer(exchange, rule);
 }
 
 } // namespace kovalin::backend

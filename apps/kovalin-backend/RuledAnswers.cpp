@@ -51,9 +51,14 @@ RuledAnswers::RuledAnswers(const Endpoints& endpoints, std::shared_ptr<const Ans
 {
 }
 
+AnswerRule RuledAnswers::ruleFor(const Request& request) const
+{
+    return _rules->ruleFor(request.path, operationName(request));
+}
+
 void RuledAnswers::answer(const Exchange& exchange)
 {
-    _answer(exchange, _rules->ruleFor(exchange.request().path, operationName(exchange.request())));
+    answer(exchange, ruleFor(exchange.request()));
 }
 
 void RuledAnswers::answerAsUsual(const Exchange& exchange) const
@@ -77,7 +82,7 @@ void RuledAnswers::_answerWith(const QByteArray& query, const Exchange& exchange
     _endpoints.answer(request, [exchange](const Answer& answer) { exchange.send(answer); });
 }
 
-void RuledAnswers::_answer(const Exchange& exchange, const AnswerRule& rule)
+void RuledAnswers::answer(const Exchange& exchange, const AnswerRule& rule)
 {
     switch (rule.kind) {
     case AnswerRule::Kind::Usual:

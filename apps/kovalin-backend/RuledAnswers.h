@@ -19,6 +19,10 @@ public:
     /// Answers by the rule that holds now.
     void answer(const Exchange& exchange);
 
+    /// What is said of a request by now, and an answer by that, whatever is said meanwhile.
+    [[nodiscard]] AnswerRule ruleFor(const Request& request) const;
+    void answer(const Exchange& exchange, const AnswerRule& rule);
+
     /// Answers as if there were no rules.
     void answerAsUsual(const Exchange& exchange) const;
 
@@ -27,7 +31,6 @@ public:
 
 private:
     void _answerWith(const QByteArray& query, const Exchange& exchange) const;
-    void _answer(const Exchange& exchange, const AnswerRule& rule);
 
     const Endpoints& _endpoints;
     const std::shared_ptr<const AnswerRules> _rules;
