@@ -1,5 +1,5 @@
-# ccache, where it is installed. Precompiled headers are cached only with these two checks relaxed. What one checkout compiled serves
-# every other one, wherever that lies: paths below it count from its root, and the build directory doesn't count.
+# ccache, where it is installed. Precompiled headers are cached only with these two checks relaxed. Paths below the checkout count
+# from its root, and the build directory doesn't count.
 find_program(KOVALIN_CCACHE ccache)
 mark_as_advanced(KOVALIN_CCACHE)
 if(KOVALIN_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)

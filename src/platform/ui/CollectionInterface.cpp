@@ -276,7 +276,10 @@ void CollectionItemInterface::doAction(const QString& actionName)
         return;
     }
     // As a finger would: what is off screen comes there first, and has a cell then. Whoever is told of it may let the view go.
-    const auto held = std::static_pointer_cast<CollectionView>(view()->shared_from_this());
+    const auto held = std::static_pointer_cast<CollectionView>(view()->weak_from_this().lock());
+    if (!held) {
+        return; // its last reference has gone, and it goes in a later turn
+    }
     held->scrollToItemAtIndexPath(_item, false);
     held->layoutIfNeeded();
     held->selectItem(_item);
