@@ -34,6 +34,8 @@ function(kovalin_add_kit_layers)
     kovalin_add_layer(kits/core/default   LIBRARY QXSDKKovalinKit USES kits/core platform/dispatch platform/foundation
                                           platform/net LIBRARIES SQLiteCpp)
     kovalin_add_layer(kits/login          LIBRARY QXSDKKovalinKit USES kits/core platform/dispatch platform/foundation)
+    kovalin_add_layer(kits/login/ui       LIBRARY QXSDKKovalinKit USES kits/login kits/core platform/dispatch
+                                          platform/foundation platform/ui)
     kovalin_add_layer(kits/login/default  LIBRARY QXSDKKovalinKit USES kits/login kits/core platform/dispatch
                                           platform/foundation platform/net
                                           LIBRARIES Qt6::Core Qt6::Gui Qt6::Network qt6keychain)
@@ -47,8 +49,8 @@ function(kovalin_add_kit_layers)
     kovalin_add_layer(telemetry           LIBRARY QXSDKKovalinKit USES search kits/core kits/login telemetry/base
                                           picker/config platform/dispatch platform/foundation)
     kovalin_add_layer(picker              LIBRARY QXSDKKovalinKit USES telemetry content search kits/core kits/login
-                                          telemetry/base picker/config platform/dispatch platform/foundation platform/ui
-                                          PRECOMPILED kovalin_precompiled_views)
+                                          kits/login/ui telemetry/base picker/config platform/dispatch
+                                          platform/foundation platform/ui PRECOMPILED kovalin_precompiled_views)
 endfunction()
 
 # kovalin_add_layer(<folder below src> LIBRARY <library> [USES <layer>…] [LIBRARIES <outside target>…] [PRECOMPILED <target>])

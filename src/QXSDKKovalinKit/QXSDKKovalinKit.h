@@ -9,6 +9,7 @@
 #include "kits/core/QXSDKDynamicConfigManager.h"
 #include "kits/core/QXSDKError.h"
 #include "kits/core/QXSDKOperationalMetricsQueue.h"
+#include "kits/core/QXSDKURLOpener.h"
 #include "kits/core/default/QXSDKHttpAnalyticsEventsQueue.h"
 #include "kits/core/default/QXSDKHttpDynamicConfigManager.h"
 #include "kits/core/default/QXSDKHttpOperationalMetricsQueue.h"

@@ -23,6 +23,10 @@ struct QXSDKKOVALINKIT_EXPORT QXSDKClientSetup {
     /// host makes one for users who opted out too.
     bool isAnalyticsEnabled = true;
 
+    /// The page of a store where the user gets the app that avatars are made in ("itms-apps://store.example/app/id1"),
+    /// opened through `QXSDKURLOpener` where that app isn't found on the device. Empty: the user can't be led there.
+    QString avatarAppStoreUrl = {};
+
     /// The setup of the process; never null. Before one is set all texts are empty, and analytics is on. Any thread.
     [[nodiscard]] static std::shared_ptr<const QXSDKClientSetup> shared();
 

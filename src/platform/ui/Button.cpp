@@ -196,6 +196,7 @@ void Button::begin()
     }
     _button->isPressed = true;
     setHighlighted(true);
+    pressDidBegin();
     if (const auto handler = _button->onTouchDown) {
         handler();
     }
@@ -210,6 +211,7 @@ void Button::end(bool isInside)
         return; // taken away by its own end
     }
     setHighlighted(false);
+    pressDidEnd();
     if (const auto handler = isInside ? _button->onTouchUpInside : _button->onTouchCancel) {
         handler();
     }
@@ -228,6 +230,10 @@ void Button::setHighlighted(bool isHighlighted)
 }
 
 void Button::highlightedDidChange() {}
+
+void Button::pressDidBegin() {}
+
+void Button::pressDidEnd() {}
 
 void Button::press()
 {

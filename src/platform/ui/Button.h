@@ -56,6 +56,10 @@ public:
 protected:
     /// `isHighlighted()` is different.
     virtual void highlightedDidChange();
+    /// The press begins; before the handler of that.
+    virtual void pressDidBegin();
+    /// The press ends, however it does; before the handler of that.
+    virtual void pressDidEnd();
 
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;

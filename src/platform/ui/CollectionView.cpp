@@ -174,6 +174,7 @@ void CollectionView::layoutNow()
 void CollectionView::contentOffsetDidChange()
 {
     if (!_collection->isPlacingCells) {
+        noteDistanceFromBeginning();
         setNeedsLayout();
     }
 }
@@ -207,13 +208,58 @@ void CollectionView::prepareLayout()
     }
     state.preparedFor = space;
     const auto delegate = state.delegate.lock();
+    const QSizeF available = bounds().marginsRemoved(space.inset).size();
+    const bool beganAtRight = beginsAtRight();
     state.layout->prepare(
         state.count,
         [&](qsizetype item) {
             return delegate ? delegate->collectionViewLayoutSizeForItemAtIndexPath(*this, item) : QSizeF();
         },
-        bounds().marginsRemoved(space.inset).size(), isRightToLeft);
+        available, isRightToLeft);
     setContentSize(state.layout->contentSize());
+    const double width = std::max(contentSize().width(), available.width());
+    const double widening = width - std::exchange(state.contentWidth, width);
+    if (beganAtRight || beginsAtRight()) {
+        keepDistanceFromBeginning(beganAtRight && beginsAtRight() ? widening : 0);
+    }
+}
+
+bool CollectionView::beginsAtRight() const
+{
+    const auto& layout = *_collection->layout;
+    return layout.isFlipped() && layout.scrollDirection() == ScrollDirection::Horizontal;
+}
+
+QPointF CollectionView::contentOffsetOfBeginning() const
+{
+    assertOnMainThread();
+    const QMarginsF inset = contentInset();
+    const double right = _collection->contentWidth + inset.right() - bounds().width();
+    return {beginsAtRight() ? std::max(right, -inset.left()) : -inset.left(), -inset.top()};
+}
+
+void CollectionView::noteDistanceFromBeginning()
+{
+    const double ahead = contentOffset().x() - contentOffsetOfBeginning().x();
+    _collection->distanceFromBeginning = beginsAtRight() ? -ahead : ahead;
+}
+
+void CollectionView::keepDistanceFromBeginning(double widening)
+{
+    if (widening != 0) {
+        // All of it stays where it is on screen, and so does what an animation is about to move from there.
+        withoutAnimation([&] {
+            for (const auto& view : contentView()->subviews()) {
+                view->setFrame(view->frame().translated(widening, 0));
+            }
+        });
+    }
+    const double distance = _collection->distanceFromBeginning;
+    const double x = contentOffsetOfBeginning().x() + (beginsAtRight() ? -distance : distance);
+    if (x != contentOffset().x()) {
+        setContentOffset({x, contentOffset().y()}, false);
+    }
+    noteDistanceFromBeginning();
 }
 
 CollectionViewRange CollectionView::rangeOfCells() const

@@ -55,6 +55,9 @@ public:
 /// Keys: the arrows walk from item to item, with a ring around the present one; return, enter and space select it. Page up, page down,
 /// home and end scroll. What isn't used goes on to the superviews.
 ///
+/// Where it scrolls horizontally and its layout is flipped, it begins at the content's right end: what is beyond grows to the left,
+/// and it keeps its distance from its beginning when items come and go, or its size changes.
+///
 /// Assistive tools see a list of all items, on screen or not.
 class CollectionView : public ScrollView {
     Q_OBJECT
@@ -109,6 +112,9 @@ public:
     /// passed over.
     void reloadItemsAtIndexPaths(const QList<qsizetype>& items);
 
+    /// Where it rests with its first item on show, by the last layout: (-left inset, -top inset), and at the right end where it begins
+    /// there.
+    [[nodiscard]] QPointF contentOffsetOfBeginning() const;
     /// Scrolls as little as shows the item whole.
     void scrollToItemAtIndexPath(qsizetype item, bool isAnimated);
     /// As when the item is tapped. Does nothing outside of the list.
@@ -135,6 +141,9 @@ private:
     void loadIfNeeded();
     [[nodiscard]] qsizetype numberOfItemsNow();
     void prepareLayout();
+    [[nodiscard]] bool beginsAtRight() const;
+    void noteDistanceFromBeginning();
+    void keepDistanceFromBeginning(double widening);
     [[nodiscard]] CollectionViewRange rangeOfCells() const;
     void freeCellsOutOfRange();
     void placeMissingCells();

@@ -194,6 +194,10 @@ void CollectionViewFlowLayout::prepare(qsizetype count, const std::function<QSiz
     state.current.contentSize = state.isHorizontal() ? QSizeF(position, length) : QSizeF(length, position);
     state.current.isFlipped = isRightToLeft && flipsHorizontallyInOppositeLayoutDirection();
     state.current.width = std::max(state.current.contentSize.width(), sound(available.width()));
+    if (state.isHorizontal() && state.former.isFlipped && state.current.isFlipped) {
+        // Content that begins at the right grows to the left: where it was counts from the same end.
+        state.former.width = state.current.width;
+    }
 }
 
 qsizetype CollectionViewFlowLayout::numberOfItems() const

@@ -80,7 +80,7 @@ public:
     [[nodiscard]] QSizeF contentSize() const;
     /// Empty attributes for an item outside of the list.
     [[nodiscard]] CollectionViewLayoutAttributes layoutAttributesForItemAtIndexPath(qsizetype item) const;
-    /// As it was placed by the preparation before the last one.
+    /// As it was placed by the preparation before the last one; where both began at the content's right end, as far from that end.
     [[nodiscard]] CollectionViewLayoutAttributes formerLayoutAttributesForItemAtIndexPath(qsizetype item) const;
     /// The items of all lines that `area` touches, and of `extraLines` more at either end.
     [[nodiscard]] CollectionViewRange itemsInRect(const QRectF& area, qsizetype extraLines = 0) const;

@@ -34,6 +34,10 @@ struct CollectionView::State {
     qsizetype count = 0;
     bool needsReload = true;
     std::optional<Space> preparedFor;
+    /// What frames are mirrored in; of the last layout, also where they aren't.
+    double contentWidth = 0;
+    /// How far it is scrolled in the direction of reading, where it scrolls horizontally.
+    double distanceFromBeginning = 0;
     /// Cells are being given to items; what a scroll asks for then is done by the same pass.
     bool isPlacingCells = false;
 

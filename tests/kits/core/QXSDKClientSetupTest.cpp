@@ -22,6 +22,7 @@ TEST(QXSDKClientSetup, IsEmptyBeforeItIsSet)
     EXPECT_EQ(setup->authenticationBaseUrl, QString());
     EXPECT_EQ(setup->apiBaseUrl, QString());
     EXPECT_TRUE(setup->isAnalyticsEnabled);
+    EXPECT_EQ(setup->avatarAppStoreUrl, QString());
 }
 
 TEST(QXSDKClientSetup, IsReplacedAsAWhole)

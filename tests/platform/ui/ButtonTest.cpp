@@ -221,6 +221,42 @@ TEST_F(ButtonTest, aDisabledButtonMayHaveAnotherTitle)
     EXPECT_EQ(button->title(), QStringLiteral("████"));
 }
 
+/// Tells of its presses itself.
+class TellingButton final : public Button {
+public:
+    explicit TellingButton(std::vector<std::string>& told)
+        : _told(told)
+    {
+    }
+
+protected:
+    void pressDidBegin() override { _told.emplace_back("begin"); }
+    void pressDidEnd() override { _told.emplace_back("end"); }
+
+private:
+    std::vector<std::string>& _told;
+};
+
+TEST_F(ButtonTest, aSubclassIsToldOfWholePressesBeforeTheHandlers)
+{
+    button->removeFromSuperview();
+    const auto telling = makeView<TellingButton>(told);
+    telling->setFrame({20, 20, 100, 40});
+    telling->setOnTouchDown([this] { told.emplace_back("down"); });
+    telling->setOnTouchUpInside([this] { told.emplace_back("inside"); });
+    telling->setOnTouchCancel([this] { told.emplace_back("cancel"); });
+    root()->addSubview(telling);
+    tap({70, 40});
+    EXPECT_THAT(told, ElementsAre("begin", "down", "end", "inside"));
+    told.clear();
+    press({70, 40});
+    move({150, 150});
+    move({70, 40});
+    move({150, 150});
+    release({150, 150});
+    EXPECT_THAT(told, ElementsAre("begin", "down", "end", "cancel"));
+}
+
 TEST_F(ButtonTest, assistiveToolsCanPressIt)
 {
     button->setTitle(QStringLiteral("Retry"));
