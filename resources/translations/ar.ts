@@ -9,8 +9,8 @@
         <translation>اجعل كل محادثة تشبهك</translation>
     </message>
     <message id="login_bottom_text">
-        <source>Link your account to see your stickers</source>
-        <extracomment>Below that button. One line of at most 250 points in a small font: 38 Latin letters or 20 ideographs.</extracomment>
+        <source>Link your account to start</source>
+        <extracomment>Below that button. One line of at most 200 points in a small font: 29 Latin letters or 16 ideographs.</extracomment>
         <translation>اربط حسابك لعرض ملصقاتك</translation>
     </message>
     <message id="create_avatar_title">
@@ -20,7 +20,7 @@
     </message>
     <message id="create_avatar_bottom_text">
         <source>It only takes a minute</source>
-        <extracomment>Below that button. One line of at most 250 points in a small font: 38 Latin letters or 20 ideographs.</extracomment>
+        <extracomment>Below that button. One line of at most 200 points in a small font: 29 Latin letters or 16 ideographs.</extracomment>
         <translation>لن يستغرق الأمر سوى دقيقة</translation>
     </message>
     <message id="create_avatar">

@@ -9,9 +9,9 @@
         <translation>בכל צ׳אט יש מקום לפנים שלך</translation>
     </message>
     <message id="login_bottom_text">
-        <source>Link your account to see your stickers</source>
-        <extracomment>Below that button. One line of at most 250 points in a small font: 38 Latin letters or 20 ideographs.</extracomment>
-        <translation>קישור החשבון יציג את המדבקות שלך</translation>
+        <source>Link your account to start</source>
+        <extracomment>Below that button. One line of at most 200 points in a small font: 29 Latin letters or 16 ideographs.</extracomment>
+        <translation>קשרו את החשבון כדי להתחיל</translation>
     </message>
     <message id="create_avatar_title">
         <source>Create your avatar and become a sticker</source>
@@ -20,7 +20,7 @@
     </message>
     <message id="create_avatar_bottom_text">
         <source>It only takes a minute</source>
-        <extracomment>Below that button. One line of at most 250 points in a small font: 38 Latin letters or 20 ideographs.</extracomment>
+        <extracomment>Below that button. One line of at most 200 points in a small font: 29 Latin letters or 16 ideographs.</extracomment>
         <translation>זה לוקח רק דקה</translation>
     </message>
     <message id="create_avatar">

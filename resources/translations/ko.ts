@@ -9,9 +9,9 @@
         <translation>모든 대화에 나를 담아 보세요</translation>
     </message>
     <message id="login_bottom_text">
-        <source>Link your account to see your stickers</source>
-        <extracomment>Below that button. One line of at most 250 points in a small font: 38 Latin letters or 20 ideographs.</extracomment>
-        <translation>계정을 연결하면 내 스티커가 나타나요</translation>
+        <source>Link your account to start</source>
+        <extracomment>Below that button. One line of at most 200 points in a small font: 29 Latin letters or 16 ideographs.</extracomment>
+        <translation>계정을 연결하고 시작하세요</translation>
     </message>
     <message id="create_avatar_title">
         <source>Create your avatar and become a sticker</source>
@@ -20,7 +20,7 @@
     </message>
     <message id="create_avatar_bottom_text">
         <source>It only takes a minute</source>
-        <extracomment>Below that button. One line of at most 250 points in a small font: 38 Latin letters or 20 ideographs.</extracomment>
+        <extracomment>Below that button. One line of at most 200 points in a small font: 29 Latin letters or 16 ideographs.</extracomment>
         <translation>1분이면 충분해요</translation>
     </message>
     <message id="create_avatar">

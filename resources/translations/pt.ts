@@ -9,9 +9,9 @@
         <translation>Coloque a sua cara em cada conversa</translation>
     </message>
     <message id="login_bottom_text">
-        <source>Link your account to see your stickers</source>
-        <extracomment>Below that button. One line of at most 250 points in a small font: 38 Latin letters or 20 ideographs.</extracomment>
-        <translation>Vincule sua conta para ver os stickers</translation>
+        <source>Link your account to start</source>
+        <extracomment>Below that button. One line of at most 200 points in a small font: 29 Latin letters or 16 ideographs.</extracomment>
+        <translation>Vincule sua conta e comece</translation>
     </message>
     <message id="create_avatar_title">
         <source>Create your avatar and become a sticker</source>
@@ -20,7 +20,7 @@
     </message>
     <message id="create_avatar_bottom_text">
         <source>It only takes a minute</source>
-        <extracomment>Below that button. One line of at most 250 points in a small font: 38 Latin letters or 20 ideographs.</extracomment>
+        <extracomment>Below that button. One line of at most 200 points in a small font: 29 Latin letters or 16 ideographs.</extracomment>
         <translation>Leva apenas um minuto</translation>
     </message>
     <message id="create_avatar">

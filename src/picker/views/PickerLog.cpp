@@ -1,0 +1,3 @@
+#include "picker/views/PickerLog.h"
+
+Q_LOGGING_CATEGORY(kovalinPicker, "kovalin.picker")
