@@ -5,11 +5,10 @@
 #include "content/QXSDKKovalinFriendState.h"
 #include "content/QXSDKKovalinPacksArchive.h"
 #include "picker/config/QXSDKKovalinStickerPickerConfigBuilder.h"
-#include "picker/content/QXSDKKovalinStickerPickerContentView.h"
+#include "picker/content/ContentViewParts.h"
+#include "picker/content/RecordingContentDelegate.h"
 #include "picker/content/ScriptedSearchEngine.h"
 #include "picker/grid/LoopbackPictures.h"
-#include "picker/tags/QXSDKKovalinTagHeaderView.h"
-#include "picker/tags/TagViews.h"
 #include "platform/ui/Button.h"
 #include "platform/ui/ImageView.h"
 #include "support/ManualAnimationDriver.h"
@@ -30,63 +29,6 @@
 #include <vector>
 
 namespace kovalin::test {
-
-/// Each term as "text:category", the oldest first.
-[[nodiscard]] inline QStringList written(const QXSDKKovalinSearchTermList& terms)
-{
-    QStringList texts;
-    for (const auto& term : terms) {
-        texts.append(QStringLiteral("%1:%2").arg(term->value()).arg(int(term->category())));
-    }
-    return texts;
-}
-
-class RecordingContentDelegate final : public KovalinStickerPickerContentViewDelegate {
-public:
-    struct Selected {
-        KovalinStickerPtr sticker;
-        QImage image;
-        int category = -1;
-        QStringList terms;
-    };
-
-    void kovalinStickerPickerContentViewDidSelectSticker(QXSDKKovalinStickerPickerContentView&,
-                                                         const KovalinStickerPtr& sticker, const QImage& image,
-                                                         QXSDKKovalinCategory category,
-                                                         const QXSDKKovalinSearchTermList& searchSequence) override
-    {
-        selected.push_back({sticker, image, int(category), written(searchSequence)});
-        note("selected");
-    }
-    void kovalinStickerPickerContentViewSearchFieldFocusDidChangeWithFocus(QXSDKKovalinStickerPickerContentView&,
-                                                                           bool hasFocus) override
-    {
-        note(hasFocus ? "focus" : "no focus");
-    }
-    void kovalinStickerPickerContentViewDidSelectSearchTag(QXSDKKovalinStickerPickerContentView&) override
-    {
-        note("tag");
-    }
-    void kovalinStickerPickerContentViewDidRenderFirstSticker(QXSDKKovalinStickerPickerContentView&,
-                                                              double contentViewStartTime) override
-    {
-        startTimes.push_back(contentViewStartTime);
-    }
-
-    std::vector<std::string> told;
-    std::vector<Selected> selected;
-    std::vector<double> startTimes;
-    std::function<void()> then;
-
-private:
-    void note(const char* what)
-    {
-        told.emplace_back(what);
-        if (then) {
-            then();
-        }
-    }
-};
 
 /// A content view in a window, four tiles of 78 points in a row below the two bars, with a popular list of three rows, the
 /// default tags "Popular" and "Moods", and an engine that a test answers for. Time passes in `settle` alone.
@@ -195,48 +137,15 @@ protected:
 
     // The parts
 
-    template <class T>
-    [[nodiscard]] std::shared_ptr<T> part(qsizetype index) const
-    {
-        const auto parts = view->subviews();
-        return index < parts.size() ? std::dynamic_pointer_cast<T>(parts.at(index)) : nullptr;
-    }
-    [[nodiscard]] std::shared_ptr<platform::CollectionView> grid() const { return part<platform::CollectionView>(0); }
-    [[nodiscard]] std::shared_ptr<QXSDKKovalinTagSelectorView> strip() const
-    {
-        return part<QXSDKKovalinTagSelectorView>(1);
-    }
-    [[nodiscard]] std::shared_ptr<KovalinSearchBarView> bar() const { return part<KovalinSearchBarView>(2); }
-    /// Null while it isn't on screen.
-    [[nodiscard]] std::shared_ptr<QXSDKKovalinTagResultsView> results() const
-    {
-        return part<QXSDKKovalinTagResultsView>(3);
-    }
-    [[nodiscard]] std::shared_ptr<platform::CollectionView> resultsGrid() const
-    {
-        return std::dynamic_pointer_cast<platform::CollectionView>(results()->subviews().at(0));
-    }
-    [[nodiscard]] std::shared_ptr<QXSDKKovalinTagHeaderView> resultsHeader() const
-    {
-        return std::dynamic_pointer_cast<QXSDKKovalinTagHeaderView>(results()->subviews().at(1));
-    }
+    [[nodiscard]] std::shared_ptr<platform::CollectionView> grid() const { return gridOf(*view); }
+    [[nodiscard]] std::shared_ptr<QXSDKKovalinTagSelectorView> strip() const { return stripOf(*view); }
+    [[nodiscard]] std::shared_ptr<KovalinSearchBarView> bar() const { return barOf(*view); }
+    [[nodiscard]] std::shared_ptr<QXSDKKovalinTagResultsView> results() const { return resultsOf(*view); }
+    [[nodiscard]] std::shared_ptr<platform::CollectionView> resultsGrid() const { return gridOf(*results()); }
+    [[nodiscard]] std::shared_ptr<QXSDKKovalinTagHeaderView> resultsHeader() const { return headerOf(*results()); }
 
-    [[nodiscard]] QStringList shown() const
-    {
-        QStringList ids;
-        for (const auto& each : *view->kovalins()) {
-            ids.append(each->comicId().value_or(QStringLiteral("-")));
-        }
-        return ids;
-    }
-    [[nodiscard]] QStringList popular() const
-    {
-        QStringList ids;
-        for (const auto& each : *provider->popularKovalins()) {
-            ids.append(each->comicId().value());
-        }
-        return ids;
-    }
+    [[nodiscard]] QStringList shown() const { return comicIdsOf(*view->kovalins()); }
+    [[nodiscard]] QStringList popular() const { return comicIdsOf(*provider->popularKovalins()); }
     [[nodiscard]] static QStringList defaultTags() { return {QStringLiteral("Popular"), QStringLiteral("Moods")}; }
 
     // What a user does

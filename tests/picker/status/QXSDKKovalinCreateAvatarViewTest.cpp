@@ -17,6 +17,7 @@
 
 using namespace kovalin::platform;
 using kovalin::test::drainMainQueue;
+using kovalin::test::partOf;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -59,13 +60,13 @@ protected:
         place(view);
     }
 
-    [[nodiscard]] std::shared_ptr<Label> title() const { return part<Label>(*view, 0); }
-    [[nodiscard]] std::shared_ptr<Label> bottom() const { return part<Label>(*view, 1); }
+    [[nodiscard]] std::shared_ptr<Label> title() const { return partOf<Label>(*view, 0); }
+    [[nodiscard]] std::shared_ptr<Label> bottom() const { return partOf<Label>(*view, 1); }
     [[nodiscard]] std::shared_ptr<QXSDKKovalinRoundedButton> button() const
     {
-        return part<QXSDKKovalinRoundedButton>(*view, 2);
+        return partOf<QXSDKKovalinRoundedButton>(*view, 2);
     }
-    [[nodiscard]] std::shared_ptr<ImageView> graphic() const { return part<ImageView>(*view, 3); }
+    [[nodiscard]] std::shared_ptr<ImageView> graphic() const { return partOf<ImageView>(*view, 3); }
     void tapButton() { tap(button()->frame().center()); }
 
     kovalin::test::InstalledURLOpener opener;
@@ -101,7 +102,7 @@ TEST_F(QXSDKKovalinCreateAvatarViewTest, takesItsTextsByTheirKeysAndItsColoursFr
 TEST_F(QXSDKKovalinCreateAvatarViewTest, doesWithoutAConfiguration)
 {
     place(makeView<QXSDKKovalinCreateAvatarView>(root()->bounds(), nullptr));
-    EXPECT_EQ(part<Label>(*root()->subviews().at(0), 0)->textColor(), QColor(Qt::black));
+    EXPECT_EQ(partOf<Label>(*root()->subviews().at(0), 0)->textColor(), QColor(Qt::black));
 }
 
 // Layout

@@ -11,6 +11,7 @@
 
 using namespace kovalin::platform;
 using kovalin::test::drainMainQueue;
+using kovalin::test::partOf;
 
 namespace {
 
@@ -33,10 +34,10 @@ protected:
         place(view);
     }
 
-    [[nodiscard]] std::shared_ptr<Label> title() const { return part<Label>(*view, 0); }
-    [[nodiscard]] std::shared_ptr<Label> message() const { return part<Label>(*view, 1); }
-    [[nodiscard]] std::shared_ptr<Button> button() const { return part<Button>(*view, 2); }
-    [[nodiscard]] std::shared_ptr<ActivityIndicator> spinner() const { return part<ActivityIndicator>(*view, 3); }
+    [[nodiscard]] std::shared_ptr<Label> title() const { return partOf<Label>(*view, 0); }
+    [[nodiscard]] std::shared_ptr<Label> message() const { return partOf<Label>(*view, 1); }
+    [[nodiscard]] std::shared_ptr<Button> button() const { return partOf<Button>(*view, 2); }
+    [[nodiscard]] std::shared_ptr<ActivityIndicator> spinner() const { return partOf<ActivityIndicator>(*view, 3); }
     void tapButton() { tap(button()->frame().center()); }
 
     int retries = 0;
@@ -72,7 +73,8 @@ TEST_F(QXSDKKovalinErrorViewTest, showsItsTextsAsTheyAreAndTakesItsColoursFromTh
         EXPECT_TRUE(colorsEqual(button()->backgroundColor(), theme->errorRed()));
         EXPECT_EQ(button()->layerStyle().cornerRadius, 24);
         EXPECT_EQ(button()->title(), QStringLiteral("Try again"));
-        expectLook(*part<Label>(*button(), 1), {.fontSize = 17, .weight = QFont::Bold, .color = Qt::white, .lines = 1});
+        expectLook(*partOf<Label>(*button(), 1),
+                   {.fontSize = 17, .weight = QFont::Bold, .color = Qt::white, .lines = 1});
     }
 }
 

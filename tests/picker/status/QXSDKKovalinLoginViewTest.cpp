@@ -14,6 +14,7 @@
 
 using namespace kovalin::platform;
 using kovalin::test::drainMainQueue;
+using kovalin::test::partOf;
 using testing::ElementsAre;
 
 namespace {
@@ -55,10 +56,10 @@ protected:
         place(view);
     }
 
-    [[nodiscard]] std::shared_ptr<QXSDKLoginButton> button() const { return part<QXSDKLoginButton>(*view, 0); }
-    [[nodiscard]] std::shared_ptr<ImageView> graphic() const { return part<ImageView>(*view, 1); }
-    [[nodiscard]] std::shared_ptr<Label> title() const { return part<Label>(*view, 2); }
-    [[nodiscard]] std::shared_ptr<Label> bottom() const { return part<Label>(*view, 3); }
+    [[nodiscard]] std::shared_ptr<QXSDKLoginButton> button() const { return partOf<QXSDKLoginButton>(*view, 0); }
+    [[nodiscard]] std::shared_ptr<ImageView> graphic() const { return partOf<ImageView>(*view, 1); }
+    [[nodiscard]] std::shared_ptr<Label> title() const { return partOf<Label>(*view, 2); }
+    [[nodiscard]] std::shared_ptr<Label> bottom() const { return partOf<Label>(*view, 3); }
 
     kovalin::test::InstalledRecordingLogin login;
     std::vector<std::string> told;
@@ -92,7 +93,7 @@ TEST_F(QXSDKKovalinLoginViewTest, takesItsTextsByTheirKeysAndItsColoursFromTheTh
 TEST_F(QXSDKKovalinLoginViewTest, doesWithoutAConfiguration)
 {
     place(QXSDKKovalinLoginView::create(root()->bounds(), nullptr));
-    EXPECT_EQ(part<Label>(*root()->subviews().at(0), 2)->textColor(), QColor(Qt::black));
+    EXPECT_EQ(partOf<Label>(*root()->subviews().at(0), 2)->textColor(), QColor(Qt::black));
 }
 
 TEST_F(QXSDKKovalinLoginViewTest, thePictureIsSharp)

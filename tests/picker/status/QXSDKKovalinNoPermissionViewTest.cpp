@@ -17,6 +17,7 @@
 using namespace kovalin::platform;
 using namespace std::chrono_literals;
 using kovalin::test::drainMainQueue;
+using kovalin::test::partOf;
 using kovalin::test::RecordingLoginClient;
 using kovalin::test::waitFor;
 
@@ -46,13 +47,13 @@ protected:
         place(view);
     }
 
-    [[nodiscard]] std::shared_ptr<Label> label() const { return part<Label>(*view, 0); }
+    [[nodiscard]] std::shared_ptr<Label> label() const { return partOf<Label>(*view, 0); }
     [[nodiscard]] std::shared_ptr<QXSDKKovalinRoundedButton> button() const
     {
-        return part<QXSDKKovalinRoundedButton>(*view, 1);
+        return partOf<QXSDKKovalinRoundedButton>(*view, 1);
     }
-    [[nodiscard]] std::shared_ptr<ActivityIndicator> spinner() const { return part<ActivityIndicator>(*view, 2); }
-    [[nodiscard]] QString shownTitle() const { return part<Label>(*button(), 1)->text(); }
+    [[nodiscard]] std::shared_ptr<ActivityIndicator> spinner() const { return partOf<ActivityIndicator>(*view, 2); }
+    [[nodiscard]] QString shownTitle() const { return partOf<Label>(*button(), 1)->text(); }
     void tapButton() { tap(button()->frame().center()); }
 
     [[nodiscard]] bool showsIdle() const
@@ -129,7 +130,7 @@ TEST_F(QXSDKKovalinNoPermissionViewTest, takesItsTextsByTheirKeysAndItsColourFro
 TEST_F(QXSDKKovalinNoPermissionViewTest, doesWithoutAConfiguration)
 {
     place(QXSDKKovalinNoPermissionView::create(root()->bounds(), nullptr));
-    EXPECT_EQ(part<Label>(*root()->subviews().at(0), 0)->textColor(), QColor(Qt::black));
+    EXPECT_EQ(partOf<Label>(*root()->subviews().at(0), 0)->textColor(), QColor(Qt::black));
 }
 
 // Layout

@@ -6,6 +6,7 @@
 #include <QtTest/QTest>
 
 using namespace kovalin::platform;
+using kovalin::test::partOf;
 
 namespace {
 
@@ -31,7 +32,7 @@ TEST_F(QXSDKKovalinRoundedButtonTest, isAGreenPillWithABoldWhiteTitle)
     EXPECT_EQ(button->frame(), QRectF(10, 10, 100, 48));
     EXPECT_TRUE(isGreen());
     EXPECT_EQ(button->layerStyle().cornerRadius, 24);
-    const auto title = part<Label>(*button, 1);
+    const auto title = partOf<Label>(*button, 1);
     ASSERT_TRUE(title);
     expectLook(*title, {.fontSize = 18, .weight = QFont::Bold, .color = Qt::white, .lines = 1});
     EXPECT_NEAR(title->center().x(), 50, 0.5) << "on a whole point";

@@ -15,6 +15,7 @@
 #include <array>
 
 using namespace kovalin::platform;
+using kovalin::test::partOf;
 
 namespace {
 
@@ -56,8 +57,8 @@ protected:
     }
     static void expectTitleFits(const Button& button)
     {
-        expectWhole(*part<Label>(button, 1));
-        EXPECT_GT(part<Label>(button, 1)->frame().left(), button.layerStyle().cornerRadius / 2);
+        expectWhole(*partOf<Label>(button, 1));
+        EXPECT_GT(partOf<Label>(button, 1)->frame().left(), button.layerStyle().cornerRadius / 2);
     }
 
 private:
@@ -70,12 +71,12 @@ TEST_P(StatusTextsTest, ofTheLoginViewHaveTheirPlace)
         SCOPED_TRACE(width);
         const auto view = QXSDKKovalinLoginView::create({}, nullptr);
         place(view, QSizeF(width, 400));
-        const auto title = part<Label>(*view, 2);
+        const auto title = partOf<Label>(*view, 2);
         expectWrapped(*view, *title);
-        EXPECT_LE(title->frame().bottom(), part<ImageView>(*view, 1)->frame().top()) << "clear of the picture";
-        expectTitleFits(*part<Button>(*view, 0));
-        EXPECT_TRUE(view->bounds().contains(part<Button>(*view, 0)->frame()));
-        EXPECT_EQ(part<Button>(*view, 0)->title(), kovalin::kits::loginButtonTitle(GetParam()));
+        EXPECT_LE(title->frame().bottom(), partOf<ImageView>(*view, 1)->frame().top()) << "clear of the picture";
+        expectTitleFits(*partOf<Button>(*view, 0));
+        EXPECT_TRUE(view->bounds().contains(partOf<Button>(*view, 0)->frame()));
+        EXPECT_EQ(partOf<Button>(*view, 0)->title(), kovalin::kits::loginButtonTitle(GetParam()));
     }
 }
 
@@ -85,10 +86,10 @@ TEST_P(StatusTextsTest, ofTheCreateAvatarViewHaveTheirPlace)
         SCOPED_TRACE(width);
         const auto view = makeView<QXSDKKovalinCreateAvatarView>(QRectF(), nullptr);
         place(view, QSizeF(width, 400));
-        const auto title = part<Label>(*view, 0);
+        const auto title = partOf<Label>(*view, 0);
         expectWrapped(*view, *title);
-        EXPECT_LE(title->frame().bottom(), part<ImageView>(*view, 3)->frame().top()) << "clear of the picture";
-        expectTitleFits(*part<Button>(*view, 2));
+        EXPECT_LE(title->frame().bottom(), partOf<ImageView>(*view, 3)->frame().top()) << "clear of the picture";
+        expectTitleFits(*partOf<Button>(*view, 2));
     }
 }
 
@@ -98,10 +99,10 @@ TEST_P(StatusTextsTest, ofOneLineAreWhole)
         SCOPED_TRACE(width);
         const auto login = QXSDKKovalinLoginView::create({}, nullptr);
         place(login, QSizeF(width, 400));
-        expectWhole(*part<Label>(*login, 3));
+        expectWhole(*partOf<Label>(*login, 3));
         const auto createAvatar = makeView<QXSDKKovalinCreateAvatarView>(QRectF(), nullptr);
         place(createAvatar, QSizeF(width, 400));
-        expectWhole(*part<Label>(*createAvatar, 1));
+        expectWhole(*partOf<Label>(*createAvatar, 1));
     }
 }
 
@@ -111,8 +112,8 @@ TEST_P(StatusTextsTest, ofTheNoPermissionViewHaveTheirPlace)
         SCOPED_TRACE(width);
         const auto view = QXSDKKovalinNoPermissionView::create({}, nullptr);
         place(view, QSizeF(width, 400));
-        expectWrapped(*view, *part<Label>(*view, 0));
-        expectTitleFits(*part<Button>(*view, 1));
+        expectWrapped(*view, *partOf<Label>(*view, 0));
+        expectTitleFits(*partOf<Button>(*view, 1));
     }
 }
 
@@ -126,9 +127,9 @@ TEST_P(StatusTextsTest, ofTheErrorViewHaveTheirPlace)
                                                               kovalinStringWithKey(key + QStringLiteral("_message")),
                                                               nullptr, nullptr);
             place(view, QSizeF(width, 400));
-            expectWrapped(*view, *part<Label>(*view, 0));
-            expectWrapped(*view, *part<Label>(*view, 1));
-            expectTitleFits(*part<Button>(*view, 2));
+            expectWrapped(*view, *partOf<Label>(*view, 0));
+            expectWrapped(*view, *partOf<Label>(*view, 1));
+            expectTitleFits(*partOf<Button>(*view, 2));
         }
     }
 }

@@ -5,6 +5,7 @@
 #include "platform/foundation/Color.h"
 #include "platform/ui/ImageView.h"
 #include "platform/ui/Label.h"
+#include "support/PartOf.h"
 #include "support/QtPrinting.h"
 #include "support/ViewTest.h"
 
@@ -57,12 +58,6 @@ protected:
         view->setFrame(QRectF(QPointF(), size));
         root()->addSubview(view);
         grab();
-    }
-
-    template <class T>
-    [[nodiscard]] static std::shared_ptr<T> part(const platform::View& view, qsizetype index)
-    {
-        return std::dynamic_pointer_cast<T>(view.subviews().value(index));
     }
 
     static void expectLook(const platform::Label& label, const LabelLook& look)

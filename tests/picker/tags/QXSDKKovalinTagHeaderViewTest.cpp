@@ -4,6 +4,7 @@
 #include "platform/ui/Button.h"
 #include "platform/ui/ImageView.h"
 #include "support/ManualAnimationDriver.h"
+#include "support/PartOf.h"
 #include "support/QtPrinting.h"
 #include "support/ViewTest.h"
 
@@ -46,16 +47,11 @@ protected:
         make();
     }
 
-    template <class T>
-    [[nodiscard]] std::shared_ptr<T> part(qsizetype index) const
-    {
-        return std::dynamic_pointer_cast<T>(header->subviews().at(index));
-    }
-    [[nodiscard]] std::shared_ptr<ImageView> icon() const { return part<ImageView>(0); }
+    [[nodiscard]] std::shared_ptr<ImageView> icon() const { return partOf<ImageView>(*header, 0); }
     [[nodiscard]] std::shared_ptr<Button> back() const { return header->backButton(); }
     [[nodiscard]] std::shared_ptr<Button> cancel() const { return header->cancelButton(); }
-    [[nodiscard]] std::shared_ptr<QXSDKKovalinTagView> pill() const { return part<QXSDKKovalinTagView>(3); }
-    [[nodiscard]] std::shared_ptr<View> border() const { return part<View>(4); }
+    [[nodiscard]] std::shared_ptr<QXSDKKovalinTagView> pill() const { return partOf<QXSDKKovalinTagView>(*header, 3); }
+    [[nodiscard]] std::shared_ptr<View> border() const { return partOf<View>(*header, 4); }
 
     ManualAnimationDriver driver;
     QXSDKKovalinStickerPickerConfigPtr config = std::make_shared<QXSDKKovalinStickerPickerConfig>();

@@ -5,6 +5,7 @@
 #include "picker/tags/QXSDKKovalinTagViewCell.h"
 #include "platform/ui/CollectionView.h"
 #include "platform/ui/Label.h"
+#include "support/PartOf.h"
 
 #include <QtCore/QStringList>
 #include <QtGui/QColor>
@@ -41,12 +42,12 @@ namespace kovalin::test {
 
 [[nodiscard]] inline std::shared_ptr<platform::Label> noResultsOf(const QXSDKKovalinTagSelectorView& strip)
 {
-    return std::dynamic_pointer_cast<platform::Label>(strip.subviews().at(0));
+    return partOf<platform::Label>(strip, 0);
 }
 
 [[nodiscard]] inline std::shared_ptr<platform::CollectionView> pillsOf(const QXSDKKovalinTagSelectorView& strip)
 {
-    return std::dynamic_pointer_cast<platform::CollectionView>(strip.subviews().at(1));
+    return partOf<platform::CollectionView>(strip, 1);
 }
 
 [[nodiscard]] inline std::shared_ptr<QXSDKKovalinTagViewCell> cellOf(const QXSDKKovalinTagSelectorView& strip,
@@ -57,7 +58,7 @@ namespace kovalin::test {
 
 [[nodiscard]] inline std::shared_ptr<QXSDKKovalinTagView> pillOf(const QXSDKKovalinTagViewCell& cell)
 {
-    return std::dynamic_pointer_cast<QXSDKKovalinTagView>(cell.subviews().at(0));
+    return partOf<QXSDKKovalinTagView>(cell, 0);
 }
 
 [[nodiscard]] inline QStringList textsOf(const QXSDKKovalinTagSelectorView& strip)
