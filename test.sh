@@ -50,6 +50,7 @@ if [[ ${CI:-} == true ]]; then
     build/bin/image_store_bench --quick
     build/bin/analytics_queue_bench --quick
     build/bin/sticker_grid_bench --quick
+    build/bin/content_view_bench --quick
     run_tests release
     for preset in asan tsan; do
         build "$preset"
@@ -71,4 +72,5 @@ if $long; then
     build/bench/bin/image_store_bench
     build/bench/bin/analytics_queue_bench
     build/bench/bin/sticker_grid_bench
+    build/bench/bin/content_view_bench
 fi

@@ -18,6 +18,11 @@ Nanoseconds now()
         return static_cast<Nanoseconds>(time.tv_sec) * 1e9 + static_cast<Nanoseconds>(time.tv_nsec);
     }
 #endif
+    return clockNow();
+}
+
+Nanoseconds clockNow()
+{
     using Time = std::chrono::duration<Nanoseconds, std::nano>;
     return Time(std::chrono::steady_clock::now().time_since_epoch()).count();
 }

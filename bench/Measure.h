@@ -15,6 +15,9 @@ using Nanoseconds = double;
 /// don't count, which would hit long work alone.
 [[nodiscard]] Nanoseconds now();
 
+/// Nanoseconds since some moment, by the clock: with what was waited for.
+[[nodiscard]] Nanoseconds clockNow();
+
 template <typename Work>
 Nanoseconds timeOf(Work&& work)
 {

@@ -1,7 +1,6 @@
 #include "StickerGrid.h"
 
-#include "content/QXSDKKovalinCache.h"
-#include "platform/store/PINCache.h"
+#include "FullPictureStore.h"
 #include "support/WaitFor.h"
 
 #include <fmt/format.h>
@@ -18,37 +17,12 @@ using Cell = QXSDKKovalinStickerCollectionViewCell;
 
 const QString kAddress = QStringLiteral("http://127.0.0.1/");
 
-class NoLimits final : public platform::PINDiskCache, public platform::PINMemoryCache {
-public:
-    void setByteLimit(qint64 /*bytes*/) override {}
-    void setCostLimit(qsizetype /*cost*/) override {}
-};
-
-/// A store that has the picture of every sticker in memory.
-class FullStore final : public platform::PINCache {
-public:
-    [[nodiscard]] platform::PINDiskCache& diskCache() override { return _limits; }
-    [[nodiscard]] platform::PINMemoryCache& memoryCache() override { return _limits; }
-    [[nodiscard]] QImage objectForKey(const QString& key) override
-    {
-        return stickerPicture(QStringView(key).mid(kAddress.size()).toInt());
-    }
-    using PINCache::setObject;
-    void setObject(const platform::EncodedImage& /*object*/, const QString& /*key*/) override {}
-    void removeAllObjects() override {}
-
-private:
-    NoLimits _limits;
-};
-
 } // namespace
 
 StickerGrid::StickerGrid(QQuickItem& parent, const QSize& points)
     : _logger(QStringLiteral("1"))
 {
-    static_cast<void>(stickerPicture(0)); // made before another thread asks
-    _controller = QXSDKKovalinStickerGridController::create(
-        QXSDKKovalinCache::create(std::make_shared<FullStore>(), _logger, nullptr));
+    _controller = QXSDKKovalinStickerGridController::create(newFullCache(_logger));
     _controller->view()->setParentItem(&parent);
     _controller->view()->setFrame(QRectF(QPointF(), points));
 }

@@ -2,16 +2,9 @@
 
 #include <QtCore/QThread>
 
-#include <chrono>
 #include <utility>
 
 namespace kovalin::bench {
-
-Nanoseconds clockNow()
-{
-    using Time = std::chrono::duration<Nanoseconds, std::nano>;
-    return Time(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
 
 bool WatchedApplication::notify(QObject* receiver, QEvent* event)
 {

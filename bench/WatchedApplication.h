@@ -15,9 +15,6 @@ struct Hold {
     Nanoseconds byClock;
 };
 
-/// Nanoseconds since some moment, by the clock.
-[[nodiscard]] Nanoseconds clockNow();
-
 template <typename Work>
 Hold holdOf(Work&& work)
 {

@@ -3,6 +3,7 @@
 // analytics_queue_bench [--quick]
 
 #include "Measure.h"
+#include "QuickOption.h"
 #include "WatchedApplication.h"
 #include "kits/core/QXSDKClientSetup.h"
 #include "kits/core/default/OutboxFile.h"
@@ -22,7 +23,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
-#include <string_view>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -192,11 +192,7 @@ int main(int argc, char** argv)
     using namespace kovalin;
 
     bench::Options options;
-    for (int at = 1; at < argc; ++at) {
-        if (std::string_view(argv[at]) != "--quick") {
-            fmt::print(stderr, "usage: analytics_queue_bench [--quick]\n");
-            return 2;
-        }
+    if (bench::isQuick(argc, argv)) {
         options = {.backlogs = {0, 1'000}, .rounds = 2, .eventsInARound = 50};
     }
     const QCoreApplication application(argc, argv);

@@ -4,14 +4,10 @@
 // fusion_search_bench [--quick]
 
 #include "FusionWorkload.h"
+#include "MeasuredEngines.h"
+#include "QuickOption.h"
 #include "WatchedApplication.h"
-#include "learned_search/generated-src/QXNativeLearnedSearchClassifier.h"
-#include "learned_search/generated-src/QXNativeModelFileBuffer.h"
 #include "search/PrefixSearchIndex.h"
-#include "search/QXSDKKovalinFusionSearchEngine.h"
-#include "search/QXSDKKovalinLearnedSearchConfig.h"
-#include "search/QXSDKKovalinLearnedSearchEngine.h"
-#include "search/QXSDKKovalinPrefixSearchEngine.h"
 
 #include <QtCore/QEventLoop>
 #include <QtCore/QLoggingCategory>
@@ -46,48 +42,22 @@ struct Options {
 /// Between two key strokes, so that all threads have gone to sleep.
 constexpr std::chrono::milliseconds pause(3);
 
-/// Enabled once the fusion engine is made, which would have a model delivered otherwise.
-class LateLearnedSearch final : public QXSDKKovalinLearnedSearchConfig {
-public:
-    void enable() { _isEnabled = true; }
-    [[nodiscard]] bool isLearnedSearchEnabled() const override { return _isEnabled; }
-
-private:
-    bool _isEnabled = false; // written before any thread but the main one asks
-};
-
 struct Answer {
     KovalinStickerList stickers;
     QStringList tags;
 };
-
-void waitFor(const std::function<void(std::function<void()> done)>& start)
-{
-    QEventLoop loop;
-    start([&loop] { loop.quit(); });
-    loop.exec();
-}
 
 /// The engines over one workload, and what their parts answer when they are called directly.
 class Subject final {
 public:
     explicit Subject(const FusionWorkload& workload)
         : _packs(workload.packs)
-        , _file(workload.model.toFile())
-        , _classifier(QXNativeLearnedSearchClassifier::learnedSearchClassifierWithBuffer(
-              QXNativeModelFileBuffer::modelFileBufferInstanceWithPath(QString::fromStdString(_file.path()))))
-        , _learned(std::make_shared<QXSDKKovalinLearnedSearchEngine>(_classifier))
+        , _engines(workload)
         , _index(workload.packs)
     {
-        const auto prefix = std::make_shared<QXSDKKovalinPrefixSearchEngine>();
-        const auto config = std::make_shared<LateLearnedSearch>();
-        _fusion = std::make_unique<Fusion>(prefix, _learned, config);
-        config->enable();
-        waitFor([&](std::function<void()> done) { _learned->processPacks(_packs, std::move(done)); });
-        waitFor([&](std::function<void()> done) { prefix->processPacks(_packs, std::move(done)); });
     }
 
-    Fusion& fusion() { return *_fusion; }
+    Fusion& fusion() { return *_engines.fusion(); }
     [[nodiscard]] const KovalinPackList& packs() const { return _packs; }
 
     [[nodiscard]] Answer prefixAnswer(const QString& text) const
@@ -98,7 +68,8 @@ public:
 
     [[nodiscard]] Answer learnedAnswer(const QString& text) const
     {
-        Answer answer{_learned->searchWithExactMatch(text, bothTypes), _classifier->getAutocompleteSuggestions(text)};
+        Answer answer{_engines.learned().searchWithExactMatch(text, bothTypes),
+                      _engines.classifier().getAutocompleteSuggestions(text)};
         if (!answer.stickers.isEmpty()) {
             answer.tags.append(QChar(0x200E) + text + QStringLiteral("..."));
         }
@@ -115,11 +86,8 @@ public:
 
 private:
     KovalinPackList _packs;
-    vole::learned_search::test::TemporaryFile _file;
-    std::shared_ptr<QXNativeLearnedSearchClassifier> _classifier;
-    std::shared_ptr<QXSDKKovalinLearnedSearchEngine> _learned;
+    MeasuredEngines _engines;
     PrefixSearchIndex _index; // the prefix engine's own can't be called directly
-    std::unique_ptr<Fusion> _fusion;
 };
 
 /// What a way of typing led to.
@@ -346,11 +314,7 @@ int main(int argc, char** argv)
     using namespace kovalin::bench;
 
     Options options;
-    for (int at = 1; at < argc; ++at) {
-        if (std::string_view(argv[at]) != "--quick") {
-            fmt::print(stderr, "usage: fusion_search_bench [--quick]\n");
-            return 2;
-        }
+    if (isQuick(argc, argv)) {
         options = {{2'000, 3'000, 500, 30'000, 8}, 1};
     }
     WatchedApplication application(argc, argv);

@@ -3,6 +3,7 @@
 // image_store_bench [--quick]
 
 #include "Measure.h"
+#include "QuickOption.h"
 #include "platform/dispatch/SerialQueue.h"
 #include "platform/store/DecodeImage.h"
 #include "platform/store/ImageStore.h"
@@ -330,11 +331,7 @@ int main(int argc, char** argv)
     using namespace kovalin;
 
     bench::Options options;
-    for (int at = 1; at < argc; ++at) {
-        if (std::string_view(argv[at]) != "--quick") {
-            fmt::print(stderr, "usage: image_store_bench [--quick]\n");
-            return 2;
-        }
+    if (bench::isQuick(argc, argv)) {
         options = {20, 50, 2, {50}};
     }
     qputenv("QT_QPA_PLATFORM", "offscreen");

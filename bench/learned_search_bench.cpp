@@ -4,6 +4,7 @@
 
 #include "LearnedSearchWorkload.h"
 #include "Measure.h"
+#include "QuickOption.h"
 #include "learned_search/LearnedSearchClassifier.h"
 #include "support/PlainClassifier.h"
 #ifdef KOVALIN_BENCH_HAS_FASTTEXT
@@ -241,11 +242,7 @@ int main(int argc, char** argv)
     using namespace kovalin::bench;
 
     Options options;
-    for (int at = 1; at < argc; ++at) {
-        if (std::string_view(argv[at]) != "--quick") {
-            fmt::print(stderr, "usage: learned_search_bench [--quick]\n");
-            return 2;
-        }
+    if (isQuick(argc, argv)) {
         options = {{3'000, 500, 30'000}, 40, 1};
     }
     // Shared pointers and the heap are cheaper in a process that never had a second thread; every host has some.

@@ -5,6 +5,7 @@
 #include "GridViewBaseline.h"
 #include "Measure.h"
 #include "MeasuredWindow.h"
+#include "QuickOption.h"
 #include "StickerGrid.h"
 
 #include <QtCore/QMetaMethod>
@@ -250,11 +251,7 @@ int main(int argc, char** argv)
     using namespace kovalin;
 
     bench::Options options;
-    for (int at = 1; at < argc; ++at) {
-        if (std::string_view(argv[at]) != "--quick") {
-            fmt::print(stderr, "usage: sticker_grid_bench [--quick]\n");
-            return 2;
-        }
+    if (bench::isQuick(argc, argv)) {
         options = {2'000, 200, 3, 200, 10};
     }
     qputenv("QT_QPA_PLATFORM", "offscreen");

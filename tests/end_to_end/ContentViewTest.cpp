@@ -1,5 +1,6 @@
 // The picker's main view as a host's user has it: stickers, tags and the model of the development server, in a window.
 #include "end_to_end/ContentHost.h"
+#include "end_to_end/StartingHost.h"
 #include "kits/core/default/QXSDKHttpDynamicConfigManager.h"
 #include "picker/content/ContentViewParts.h"
 #include "picker/content/RecordingContentDelegate.h"
@@ -127,6 +128,9 @@ protected:
         tap(inField);
         type(text);
     }
+
+    /// Where models go is looked up once for the process, so that all tests which load one share a folder. Empties it.
+    const HostHere modelFolder;
 
     ViewWindow window{windowSize};
     std::shared_ptr<QXSDKKovalinFusionSearchEngine> engine;

@@ -2,15 +2,14 @@
 
 #include "kits/core/QXSDKFont.h"
 #include "kits/core/QXSDKLayoutDirection.h"
-#include "picker/config/KovalinImage.h"
 #include "picker/config/KovalinString.h"
+#include "picker/views/DrawnPictures.h"
+#include "picker/views/KeyName.h"
 #include "platform/dispatch/ThreadCheck.h"
 #include "platform/ui/Animation.h"
 #include "platform/ui/Button.h"
 #include "platform/ui/ImageView.h"
 #include "platform/ui/TextField.h"
-
-#include <QtGui/QKeySequence>
 
 #include <algorithm>
 #include <utility>
@@ -30,18 +29,6 @@ constexpr double clearButtonSpacing = 6; // between it and a long text
 
 constexpr double clearButtonAlpha = 0.62F;
 constexpr AnimationSeconds slideDuration(0.2F);
-
-/// The platform's word for the key that does the same, in the host's language.
-QString nameOfKey(Qt::Key key)
-{
-    return QKeySequence(key).toString(QKeySequence::NativeText);
-}
-
-QImage picture(const QString& name, double ratio, const QColor& tint)
-{
-    const VectorImage image = kovalinImageNamed(name).asTemplate();
-    return image.image(image.size(), ratio, tint);
-}
 
 } // namespace
 
@@ -138,9 +125,9 @@ void KovalinSearchBarView::_drawPictures()
         return;
     }
     const QXSDKKovalinStickerPickerTheme& theme = *_bar->theme;
-    _bar->searchIcon->setImage(picture(QStringLiteral("search"), ratio, theme.searchColor()));
-    _bar->backButton->setImage(picture(QStringLiteral("search-back"), ratio, theme.navIconColor()));
-    _bar->clearButton->setImage(picture(QStringLiteral("search-clear"), ratio, theme.navIconColor()));
+    _bar->searchIcon->setImage(drawnTemplatePicture(QStringLiteral("search"), ratio, theme.searchColor()));
+    _bar->backButton->setImage(drawnTemplatePicture(QStringLiteral("search-back"), ratio, theme.navIconColor()));
+    _bar->clearButton->setImage(drawnTemplatePicture(QStringLiteral("search-clear"), ratio, theme.navIconColor()));
 }
 
 void KovalinSearchBarView::didMoveToWindow()

@@ -2,7 +2,7 @@
 
 #include "content/QXSDKKovalinCache.h"
 #include "picker/config/QXSDKKovalinStickerPickerTheme.h"
-#include "picker/grid/TilePictures.h"
+#include "picker/views/DrawnPictures.h"
 #include "picker/views/KovalinViewHelpers.h"
 #include "platform/dispatch/MainQueue.h"
 #include "platform/dispatch/ThreadCheck.h"
@@ -195,12 +195,12 @@ void QXSDKKovalinStickerCollectionViewCell::_clearImage()
 void QXSDKKovalinStickerCollectionViewCell::_updatePictures()
 {
     const double ratio = devicePixelRatio();
-    _tile->retryIcon->setImage(tilePicture(QStringLiteral("retry"), ratio));
+    _tile->retryIcon->setImage(drawnPicture(QStringLiteral("retry"), ratio));
     if (_tile->showsLoadingImage) {
         // Drawn for these very pixels and in its colour, it is shown with the next frame: a picture that is first
         // prepared in the background would leave the former sticker on show.
-        const QImage loading = templateTilePicture(QStringLiteral("loading"), _tile->imageView->bounds().size(), ratio,
-                                                   _tile->imageView->tintColor());
+        const QImage loading = drawnTemplatePicture(QStringLiteral("loading"), _tile->imageView->bounds().size(), ratio,
+                                                    _tile->imageView->tintColor());
         _tile->imageView->setImage(loading);
     }
 }

@@ -1,14 +1,14 @@
 #include "picker/tags/QXSDKKovalinTagHeaderView.h"
 
 #include "kits/core/QXSDKLayoutDirection.h"
-#include "picker/grid/TilePictures.h"
 #include "picker/tags/QXSDKKovalinTagView.h"
+#include "picker/views/DrawnPictures.h"
+#include "picker/views/KeyName.h"
 #include "platform/dispatch/ThreadCheck.h"
 #include "platform/ui/Button.h"
 #include "platform/ui/ImageView.h"
 
 #include <QtGui/QGuiApplication>
-#include <QtGui/QKeySequence>
 #include <QtGui/QStyleHints>
 
 #include <utility>
@@ -27,18 +27,6 @@ constexpr double pillTop = 8;
 constexpr double borderHeight = 0.5;
 
 constexpr double cancelButtonAlpha = 0.62F;
-
-/// The platform's word for the key that does the same, in the host's language.
-QString nameOfKey(Qt::Key key)
-{
-    return QKeySequence(key).toString(QKeySequence::NativeText);
-}
-
-/// In its own size.
-QImage picture(const QString& name, double ratio, const QColor& tint)
-{
-    return templateTilePicture(name, {}, ratio, tint);
-}
 
 } // namespace
 
@@ -126,9 +114,9 @@ void QXSDKKovalinTagHeaderView::_drawPictures()
         return;
     }
     const QXSDKKovalinStickerPickerTheme& theme = *_header->theme;
-    _header->searchIcon->setImage(picture(QStringLiteral("search"), ratio, theme.searchColor()));
-    _header->backButton->setImage(picture(QStringLiteral("search-back"), ratio, theme.navIconColor()));
-    _header->cancelButton->setImage(picture(QStringLiteral("search-clear"), ratio, theme.navIconColor()));
+    _header->searchIcon->setImage(drawnTemplatePicture(QStringLiteral("search"), ratio, theme.searchColor()));
+    _header->backButton->setImage(drawnTemplatePicture(QStringLiteral("search-back"), ratio, theme.navIconColor()));
+    _header->cancelButton->setImage(drawnTemplatePicture(QStringLiteral("search-clear"), ratio, theme.navIconColor()));
 }
 
 void QXSDKKovalinTagHeaderView::didMoveToWindow()

@@ -78,6 +78,11 @@ void ImageView::setImage(const QImage& image, bool isTemplate)
     setNeedsLayout();
 }
 
+bool ImageView::isImageReady() const
+{
+    return !_picture->image.isNull() && _picture->currentIsFor.source == _picture->image.cacheKey();
+}
+
 QColor ImageView::tintColor() const
 {
     return _picture->tint;

@@ -23,6 +23,8 @@ public:
     [[nodiscard]] QImage image() const;
     /// A template's own colours don't count: it is shown in the tint colour.
     void setImage(const QImage& image, bool isTemplate = false);
+    /// Whether the next frame shows that picture, in whichever size: false while it is being prepared, and without one.
+    [[nodiscard]] bool isImageReady() const;
     /// For templates. Black at first.
     [[nodiscard]] QColor tintColor() const;
     void setTintColor(const QColor& color);

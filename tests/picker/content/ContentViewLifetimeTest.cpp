@@ -1,4 +1,4 @@
-#include "picker/content/ContentViewTest.h"
+#include "picker/content/FusionContentViewTest.h"
 
 // A content view goes at any moment, also at the word of those whom it tells.
 
@@ -8,8 +8,12 @@ using namespace std::chrono_literals;
 
 namespace {
 
-class ContentViewLifetimeTest : public ContentViewTest {
+template <class Test>
+class WithLifetime : public Test {
 protected:
+    using Test::delegate;
+    using Test::view;
+
     void letGo()
     {
         gone = view;
@@ -32,8 +36,11 @@ protected:
         EXPECT_EQ(view, nullptr);
     }
 
-    std::weak_ptr<View> gone;
+    std::weak_ptr<QXSDKKovalinStickerPickerContentView> gone;
 };
+
+using ContentViewLifetimeTest = WithLifetime<ContentViewTest>;
+using FusionContentViewLifetimeTest = WithLifetime<FusionContentViewTest>;
 
 TEST_F(ContentViewLifetimeTest, mayGoDuringASearchAndWhoAskedIsStillTold)
 {
@@ -198,6 +205,32 @@ TEST_F(ContentViewLifetimeTest, hundredViewsComeAndGoAtAnyStage)
         letGo();
         expectGone();
     }
+}
+
+// With the engine and the threads of the library
+
+TEST_F(FusionContentViewLifetimeTest, goesAtEachPointOfASearchADownloadAndAnAnimation)
+{
+    constexpr int rounds = 120;
+    int completions = 0;
+    for (int round = 0; round < rounds; ++round) {
+        show();
+        if (round % 10 == 0) {
+            fusion->contentDidLoadWithPacks(packs); // the index is built while the view searches, and goes
+        }
+        search("hap");
+        view->setSearchTerm(QStringLiteral("smile"), QXSDKKovalinSearchModeBlend, QXSDKKovalinCategoryHostTerm,
+                            [&completions](const KovalinStickerPtr&) { ++completions; });
+        for (int turn = 0; turn < round % 12; ++turn) {
+            QCoreApplication::processEvents();
+            driver.step(20ms);
+            grab();
+        }
+        letGo();
+        expectGone();
+    }
+    EXPECT_TRUE(waitFor([&] { return completions == rounds; })) << completions;
+    pictures.drain();
 }
 
 } // namespace

@@ -1,8 +1,4 @@
-#include "picker/content/ContentViewTest.h"
-#include "search/QXSDKKovalinFusionSearchEngine.h"
-#include "search/QXSDKKovalinLearnedSearchConfig.h"
-#include "search/QXSDKKovalinLearnedSearchEngine.h"
-#include "search/QXSDKKovalinPrefixSearchEngine.h"
+#include "picker/content/FusionContentViewTest.h"
 
 // What is searched, and which answers count.
 
@@ -297,53 +293,6 @@ TEST_F(ContentViewSearchTest, showsANewPopularListOverNewPacks)
 }
 
 // With the engine of the library
-
-class FusionContentViewTest : public ContentViewTest {
-protected:
-    class WithoutModel final : public QXSDKKovalinLearnedSearchConfig {
-    public:
-        [[nodiscard]] bool isLearnedSearchEnabled() const override { return false; }
-    };
-
-    void openWithPacks()
-    {
-        const auto fusion = std::make_shared<QXSDKKovalinFusionSearchEngine>(
-            std::make_shared<QXSDKKovalinPrefixSearchEngine>(), std::make_shared<QXSDKKovalinLearnedSearchEngine>(),
-            std::make_shared<WithoutModel>());
-        auto happy = std::make_shared<KovalinPack>();
-        happy->setPackId(QStringLiteral("happy"));
-        happy->setName(QStringLiteral("Happy"));
-        happy->setVisible(true);
-        happy->setStickers({tagged(QStringLiteral("smile"), {QStringLiteral("happy*"), QStringLiteral("smile*")}),
-                            tagged(QStringLiteral("hat"), {QStringLiteral("hat*")})});
-        const KovalinPackList packs{popularPack(), happy};
-        provider->setPacks(packs);
-        view = View::create({0, 0, width, height}, friends, std::make_shared<QXSDKKovalinStickerPickerConfig>(),
-                            {fusion, fusion, provider, pictures.cache});
-        view->setDelegate(delegate);
-        root()->addSubview(view);
-        view->showPopularKovalinsAndDefaultTagTiles();
-        settle();
-        EXPECT_THAT(*strip()->tagTiles(), IsEmpty()) << "there is no index yet";
-        fusion->contentDidLoadWithPacks(packs);
-        ASSERT_TRUE(waitFor([this] { return !strip()->tagTiles()->isEmpty(); }));
-    }
-    [[nodiscard]] KovalinStickerPtr tagged(const QString& comicId, const QStringList& tags) const
-    {
-        const auto made = sticker(comicId)->copy();
-        made->setTags(tags);
-        return made;
-    }
-    [[nodiscard]] KovalinPackPtr popularPack() const
-    {
-        auto made = std::make_shared<KovalinPack>();
-        made->setPackId(QStringLiteral("popular"));
-        made->setName(QStringLiteral("Popular"));
-        made->setVisible(true);
-        made->setStickers(rows(1));
-        return made;
-    }
-};
 
 TEST_F(FusionContentViewTest, browsesSearchesAndGoesBack)
 {

@@ -125,13 +125,18 @@ TEST_F(ImageViewTest, theFormerPictureStaysUntilTheNewOneIsReady)
 {
     view->setImage(filled(Qt::red));
     ASSERT_TRUE(becomes({50, 25}, Qt::red));
+    EXPECT_TRUE(view->isImageReady());
     view->setImage(filled(Qt::blue));
+    EXPECT_FALSE(view->isImageReady());
     // However often it is drawn: nothing but the one or the other.
     EXPECT_TRUE(waitFor([&] {
         const QColor color = colorAt({50, 25});
         EXPECT_TRUE(color == QColor(Qt::red) || color == QColor(Qt::blue));
         return color == QColor(Qt::blue);
     }));
+    EXPECT_TRUE(view->isImageReady());
+    view->setImage({});
+    EXPECT_FALSE(view->isImageReady());
 }
 
 TEST_F(ImageViewTest, aNullPictureTakesTheFormerAwayAtOnce)

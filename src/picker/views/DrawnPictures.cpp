@@ -1,4 +1,4 @@
-#include "picker/grid/TilePictures.h"
+#include "picker/views/DrawnPictures.h"
 
 #include "picker/config/KovalinImage.h"
 #include "platform/dispatch/ThreadCheck.h"
@@ -11,8 +11,9 @@ using namespace kovalin::platform;
 
 namespace {
 
-/// Enough for two grids in windows of different ratios, and for some sizes on the way while a window is being resized.
-constexpr qsizetype keptPictures = 16;
+/// Enough for the grids and bars of two pickers in windows of different ratios, and for some sizes on the way while a
+/// window is being resized.
+constexpr qsizetype keptPictures = 32;
 
 struct Drawing {
     QString name;
@@ -45,15 +46,20 @@ QImage drawn(const QString& name, const VectorImage& picture, const QSizeF& size
 
 } // namespace
 
-QImage templateTilePicture(const QString& name, const QSizeF& bounds, double pixelRatio, const QColor& tint)
+QImage drawnPicture(const QString& name, double pixelRatio)
+{
+    const VectorImage picture = kovalinImageNamed(name);
+    return drawn(name, picture, picture.size(), pixelRatio, {});
+}
+
+QImage drawnTemplatePicture(const QString& name, double pixelRatio, const QColor& tint)
+{
+    return drawnTemplatePicture(name, {}, pixelRatio, tint);
+}
+
+QImage drawnTemplatePicture(const QString& name, const QSizeF& bounds, double pixelRatio, const QColor& tint)
 {
     const VectorImage picture = kovalinImageNamed(name).asTemplate();
     const QSizeF size = bounds.isEmpty() ? picture.size() : picture.size().scaled(bounds, Qt::KeepAspectRatio);
     return drawn(name, picture, size, pixelRatio, tint);
-}
-
-QImage tilePicture(const QString& name, double pixelRatio)
-{
-    const VectorImage picture = kovalinImageNamed(name);
-    return drawn(name, picture, picture.size(), pixelRatio, {});
 }
