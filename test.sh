@@ -15,9 +15,11 @@ done
 
 install_packages "${build_packages[@]}" "${test_packages[@]}"
 
-# run_tests PRESET
+# run_tests PRESET [OPTION…]
 run_tests() {
-    ctest --preset "$1" --parallel 2 --output-on-failure
+    local preset=$1
+    shift
+    ctest --preset "$preset" --parallel 2 --output-on-failure "$@"
 }
 
 # fuzz_model SECONDS: from a copy of the corpus, so that what the fuzzer adds stays in the build folder.
@@ -37,10 +39,14 @@ fuzz_model() {
     grep -F 'stat::number_of_executed_units' "$work/log"
 }
 
+# What runs with both sanitizers below, and learns little from an optimised build: half of its time.
+sanitized='^(content|end_to_end|kits/|picker$|picker/ratio|platform/|telemetry)'
+
 if [[ ${CI:-} == true ]]; then
     install_packages clang clang-format libclang-rt-dev "${bench_packages[@]}"
     scripts/check-sources.sh
-    build release -DKOVALIN_BUILD_TESTS=ON -DKOVALIN_BUILD_BENCHMARKS=ON -DKOVALIN_WARNINGS_AS_ERRORS=ON
+    build release -DKOVALIN_BUILD_TESTS=ON -DKOVALIN_BUILD_BENCHMARKS=ON -DKOVALIN_WARNINGS_AS_ERRORS=ON \
+        -DKOVALIN_TESTS_LEFT_OUT="$sanitized"
     # Every public header compiles alone, without the precompiled ones.
     cmake --build --preset release --target all_verify_interface_header_sets >/dev/null
     # The benchmarks must build, run and agree with the plain method; what they print of speed is not judged here.
@@ -51,7 +57,7 @@ if [[ ${CI:-} == true ]]; then
     build/bin/analytics_queue_bench --quick
     build/bin/sticker_grid_bench --quick
     build/bin/content_view_bench --quick
-    run_tests release
+    run_tests release --exclude-regex "$sanitized"
     for preset in asan tsan; do
         build "$preset"
         run_tests "$preset"
@@ -59,7 +65,7 @@ if [[ ${CI:-} == true ]]; then
     build fuzz
     fuzz_model 60
 else
-    build release -DKOVALIN_BUILD_TESTS=ON -DKOVALIN_BUILD_BENCHMARKS=OFF
+    build release -DKOVALIN_BUILD_TESTS=ON -DKOVALIN_BUILD_BENCHMARKS=OFF -DKOVALIN_TESTS_LEFT_OUT=
     run_tests release
 fi
 

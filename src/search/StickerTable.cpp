@@ -1,6 +1,7 @@
 #include "search/StickerTable.h"
 
-#include <ranges>
+#include <cstddef>
+#include <iterator>
 
 namespace {
 
@@ -14,6 +15,52 @@ void prefetch([[maybe_unused]] const void* address)
 
 /// How many stickers ahead memory is asked for: about as long as it takes to come, at a few nanoseconds a sticker.
 constexpr qsizetype prefetchDistance = 12;
+
+/// Walks over stickers by their numbers, and asks for those ahead: a pointer that is copied counts up in memory beside its
+/// sticker, which is cold more often than not.
+class FetchedSticker {
+public:
+    using iterator_category = std::forward_iterator_tag;
+    using value_type = KovalinStickerPtr;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const KovalinStickerPtr*;
+    using reference = const KovalinStickerPtr&;
+
+    FetchedSticker(const KovalinStickerPtr* stickers, const quint32* number, const quint32* end)
+        : _stickers(stickers)
+        , _number(number)
+        , _end(end)
+    {
+    }
+
+    reference operator*() const
+    {
+        if (_end - _number > 2 * prefetchDistance) {
+            prefetch(&_stickers[_number[2 * prefetchDistance]]);
+        }
+        if (_end - _number > prefetchDistance) {
+            prefetch(_stickers[_number[prefetchDistance]].get());
+        }
+        return _stickers[*_number];
+    }
+    FetchedSticker& operator++()
+    {
+        ++_number;
+        return *this;
+    }
+    FetchedSticker operator++(int)
+    {
+        const FetchedSticker before = *this;
+        ++_number;
+        return before;
+    }
+    friend bool operator==(const FetchedSticker& a, const FetchedSticker& b) { return a._number == b._number; }
+
+private:
+    const KovalinStickerPtr* _stickers;
+    const quint32* _number;
+    const quint32* _end;
+};
 
 } // namespace
 
@@ -56,18 +103,8 @@ void StickerTable::finish()
 
 KovalinStickerList StickerTable::stickers(const std::vector<quint32>& numbers) const
 {
-    // A pointer that is copied counts up in memory beside its sticker, which is cold more often than not.
     const quint32* const end = numbers.data() + numbers.size();
-    const auto fetched = numbers | std::views::transform([&](const quint32& number) -> const KovalinStickerPtr& {
-                             const quint32* const next = &number;
-                             if (end - next > 2 * prefetchDistance) {
-                                 prefetch(&_stickers[next[2 * prefetchDistance]]);
-                             }
-                             if (end - next > prefetchDistance) {
-                                 prefetch(_stickers[next[prefetchDistance]].get());
-                             }
-                             return _stickers[number];
-                         });
     // From a range, a list is filled without asking for room sticker by sticker.
-    return KovalinStickerList(fetched.begin(), fetched.end());
+    return KovalinStickerList(FetchedSticker(_stickers.data(), numbers.data(), end),
+                              FetchedSticker(_stickers.data(), end, end));
 }

@@ -207,7 +207,7 @@ std::vector<quint32> TagWordIndex::tagsMatching(const SearchWords& words, std::s
         }
         const auto rank = rankOf(tag, std::span(runs.cbegin(), static_cast<std::size_t>(runs.size())));
         if (rank != QXSDKKovalinTagRankNone) {
-            byRank.at(rank).push_back(tag);
+            byRank.at(static_cast<std::size_t>(rank)).push_back(tag);
         }
     }
 

@@ -15,7 +15,6 @@
 #include <iterator>
 #include <map>
 #include <memory>
-#include <ranges>
 #include <set>
 #include <string>
 #include <string_view>
@@ -26,6 +25,13 @@ using namespace kovalin::test;
 using namespace vole::learned_search;
 
 namespace {
+
+/// Behind as many elements, or behind all.
+template <class Container>
+auto endOfFirst(const Container& container, std::size_t count)
+{
+    return std::next(container.begin(), static_cast<std::ptrdiff_t>(std::min(count, container.size())));
+}
 
 using Comic = std::int32_t;
 
@@ -117,8 +123,8 @@ Texts threeTagsOf(const Sticker& sticker)
             mixed.emplace(hashOf("way " + std::to_string(way) + ' ' + tag, sticker.comic), tag);
         }
         std::string text;
-        for (const auto& [place, tag] : std::views::take(mixed, 3)) {
-            text += (text.empty() ? "" : " ") + tag;
+        for (auto entry = mixed.begin(); entry != endOfFirst(mixed, 3); ++entry) {
+            text += (text.empty() ? "" : " ") + entry->second;
         }
         texts.insert(text);
     }
@@ -311,9 +317,9 @@ TEST_F(KovalinModelRecall, FindsWhatHalfOfTheWordsIndicate)
     for (const Sticker& sticker : stickers) {
         std::string own;
         std::string mixed;
-        for (const std::string& word : std::views::take(sticker.words, 3)) {
-            own += word + ' ';
-            mixed += word + ' ' + words[hashOf("beside " + word, sticker.comic) % words.size()] + ' ';
+        for (auto word = sticker.words.begin(); word != endOfFirst(sticker.words, 3); ++word) {
+            own += *word + ' ';
+            mixed += *word + ' ' + words[hashOf("beside " + *word, sticker.comic) % words.size()] + ' ';
         }
         if (sticker.words.size() >= 3 && identifies(own)) {
             recall.add(isFound(*classifier, mixed, sticker.comic));

@@ -157,7 +157,7 @@ TEST(QueryWords, OfAnyBytesAreAsByTheBook)
         std::string bytes;
         for (std::size_t length = random.below(60); length > 0; --length) {
             // Half of them white space, letters and the like, so that words come about.
-            bytes += static_cast<char>(random.chance(0.5) ? random.below(256) : " \tAbz09-|"[random.below(9)]);
+            bytes += random.chance(0.5) ? static_cast<char>(random.below(256)) : " \tAbz09-|"[random.below(9)];
         }
         ASSERT_EQ(wordsOf(bytes), PlainClassifier::queryToPreprocessedWords(bytes)) << testing::PrintToString(bytes);
     }

@@ -31,7 +31,7 @@ DecodedMessage messageIn(ChildProcess& output)
             message.values.emplace_back(text.substr(0, nameEnd), text.substr(nameEnd + 2));
         } else {
             const std::string name = text.substr(0, text.find(kMessageBegin));
-            message.messages.emplace_back(name, messageIn(output));
+            message.messages.push_back({name, messageIn(output)});
         }
     }
     return message;

@@ -11,12 +11,14 @@
 
 namespace kovalin::test {
 
+struct NamedMessage;
+
 /// A protobuf message as an independent reader, the protobuf compiler's, shows it.
 struct DecodedMessage {
     /// In their order. Numbers are decimal; texts stand in quotes, with what isn't ASCII as "\303\244".
     std::vector<std::pair<std::string, std::string>> values;
     /// In their order.
-    std::vector<std::pair<std::string, DecodedMessage>> messages;
+    std::vector<NamedMessage> messages;
 
     /// The only value of that name, without quotes; absent if there is none or more than one.
     [[nodiscard]] std::optional<std::string> value(const std::string& name) const;
@@ -26,6 +28,11 @@ struct DecodedMessage {
 
     /// The only message of that name, or an empty one.
     [[nodiscard]] DecodedMessage one(const std::string& name) const;
+};
+
+struct NamedMessage {
+    std::string name;
+    DecodedMessage message;
 };
 
 /// Reads a message of `apps/events/analytics_events.proto`, "EventBatch" for one, in which fields are known by their names;

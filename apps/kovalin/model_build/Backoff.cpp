@@ -59,8 +59,7 @@ void Backoff::sharesOf(std::string_view run, std::span<const ComicCount> chosen,
         _candidates.push_back(comicOf(sum));
     }
     std::ranges::sort(_candidates);
-    const auto repeated = std::ranges::unique(_candidates);
-    _candidates.erase(repeated.begin(), repeated.end());
+    _candidates.erase(std::unique(_candidates.begin(), _candidates.end()), _candidates.end());
 
     shares.clear();
     double sum = 0;

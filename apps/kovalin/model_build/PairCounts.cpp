@@ -45,8 +45,7 @@ void PairCounts::add(const Pair& pair)
         }
     }
     std::ranges::sort(_keysOfText);
-    const auto repeated = std::ranges::unique(_keysOfText);
-    _keysOfText.erase(repeated.begin(), repeated.end());
+    _keysOfText.erase(std::unique(_keysOfText.begin(), _keysOfText.end()), _keysOfText.end());
     for (const std::uint32_t key : _keysOfText) {
         _sums.add({key, pair.comic, pair.count});
     }

@@ -137,7 +137,7 @@ TEST(BackendStart, SaysWhichFolderIsMissing)
 
 class BackendEnd : public testing::Test {
 protected:
-    const ContentFiles content;
+    const ContentFiles content{};
     platform::UrlSession session{withoutProxy()};
 };
 

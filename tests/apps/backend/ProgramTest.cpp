@@ -45,7 +45,7 @@ protected:
         return QStringList{QStringLiteral("--content"), content.path()} + more;
     }
 
-    const ContentFiles content;
+    const ContentFiles content{};
 };
 
 constexpr const char* kConfigs = "/api/configs";

@@ -33,7 +33,7 @@ protected:
 
     LoopbackServer server;
     UrlSession session{withoutProxy()};
-    const TaskEndBox box;
+    const TaskEndBox box{};
 };
 
 TEST_F(Cancellation, WithoutResumeIsSilent)
@@ -145,7 +145,7 @@ TEST_F(Cancellation, InAnotherTasksHandlerComesInTime)
     const auto victim = task(QStringLiteral("/held"));
     victim->resume();
     server.waitForHeld(1);
-    const TaskEndBox first;
+    const TaskEndBox first{};
     session
         .dataTask({.url = server.url(QStringLiteral("/"))},
                   [this, victim, end = first.handler()](const auto& data, const auto& response, const auto& error) {

@@ -25,7 +25,7 @@ class Lifetime : public testing::Test {
 protected:
     LoopbackServer server;
     std::optional<UrlSession> session{std::in_place, withoutProxy()};
-    const TaskEndBox box;
+    const TaskEndBox box{};
 };
 
 TEST_F(Lifetime, ATaskGoesOnWhenNobodyHoldsIt)
@@ -89,7 +89,7 @@ TEST_F(Lifetime, ATaskThatOutlivesItsSessionEndsCancelled)
 TEST_F(Lifetime, AHandlerMayEndItsSession)
 {
     server.script("/never", ScriptedAnswer::never());
-    const TaskEndBox other;
+    const TaskEndBox other{};
     session->dataTask({.url = server.url(QStringLiteral("/never"))}, other.handler())->resume();
     session
         ->dataTask({.url = server.url(QStringLiteral("/"))},

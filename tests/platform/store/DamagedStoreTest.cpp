@@ -79,7 +79,7 @@ protected:
         test::waitUntilClosed(folder, file);
     }
 
-    const test::Folder folder;
+    const test::Folder folder{};
     const QString file = QStringLiteral("pictures.sqlite");
     QByteArray good;
 };

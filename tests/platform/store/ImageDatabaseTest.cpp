@@ -53,7 +53,7 @@ protected:
         EXPECT_EQ(ask("SELECT count(*) FROM content"), ask("SELECT count(*) FROM picture"));
     }
 
-    const test::Folder folder;
+    const test::Folder folder{};
     const QString path = folder.path(QStringLiteral("pictures.sqlite"));
     ImageDatabase database{path};
 };

@@ -43,7 +43,7 @@ protected:
 
     static QString key(int number) { return QStringLiteral("https://example.com/%1.png").arg(number); }
 
-    const test::Folder folder;
+    const test::Folder folder{};
     std::unique_ptr<ImageStore> store = open();
 };
 

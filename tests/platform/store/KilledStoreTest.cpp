@@ -110,7 +110,7 @@ protected:
         }
     }
 
-    const test::Folder folder;
+    const test::Folder folder{};
 };
 
 TEST_F(KilledStore, OpensAgainWheneverItWasKilled)

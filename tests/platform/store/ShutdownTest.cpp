@@ -28,7 +28,7 @@ private:
 
 class StoreShutdown : public testing::Test {
 protected:
-    const test::Folder folder;
+    const test::Folder folder{};
     std::optional<ImageStore> store;
     const QString key = QStringLiteral("key");
 };
@@ -89,7 +89,7 @@ TEST_F(StoreShutdown, EndsWithOperationsPending)
             store->setObject(picture(i), QString::number(i), 1);
         }
     }
-    const ScopedApplication application;
+    const ScopedApplication application{};
     store.emplace(QStringLiteral("pictures"), folder.path());
     store->setObject(picture(1), key, 1);
     store->memoryCache().setCostLimit(0);

@@ -43,7 +43,7 @@ protected:
         }
     }
 
-    const test::Folder folder;
+    const test::Folder folder{};
     std::vector<EncodedImage> samples;
     std::list<SerialQueue> queues;
 };

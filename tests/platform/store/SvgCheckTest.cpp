@@ -118,7 +118,7 @@ TEST(SvgCheck, RefusesDepthAndNumberBeyondItsBounds)
 
 TEST(SvgCheck, KeepsADrawingFromReadingAFile)
 {
-    const test::Folder folder;
+    const test::Folder folder{};
     folder.write(QStringLiteral("secret.png"), test::encoded(test::plain(Qt::red)));
     const QByteArray path = folder.path(QStringLiteral("secret.png")).toUtf8();
     EXPECT_TRUE(decodeImage(svgWith("<image width=\"16\" height=\"16\" xlink:href=\"" + path + "\"/>")).isNull());

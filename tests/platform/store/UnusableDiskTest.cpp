@@ -58,7 +58,7 @@ protected:
         finishStoring(store);
     }
 
-    const test::Folder folder;
+    const test::Folder folder{};
 };
 
 TEST_F(UnusableDisk, LeavesTheMemoryLevelWhereTheFolderCanNotBeMade)
