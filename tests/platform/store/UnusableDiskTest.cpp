@@ -130,6 +130,7 @@ TEST_F(UnusableDisk, KeepsWhatItHasWhenItGetsFull)
         EXPECT_EQ(lines.all().size(), 1) << lines.all().join(u'\n').toStdString();
     }
     store->setObject(picture(2), QStringLiteral("after"));
+    finishStoring(*store);
     store = open();
     EXPECT_TRUE(isSame(objectIn(*store, QStringLiteral("before")), noise(1)));
     EXPECT_TRUE(isSame(objectIn(*store, QStringLiteral("after")), noise(2)));
