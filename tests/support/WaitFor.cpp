@@ -4,20 +4,29 @@
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QEvent>
 #include <QtCore/QEventLoop>
+#include <QtCore/QTimer>
 
 #include <chrono>
 
 namespace kovalin::test {
 
+namespace {
+
+/// How late a change is seen that another thread makes without an event.
+constexpr auto tick = std::chrono::milliseconds(5);
+
+} // namespace
+
 bool waitFor(const std::function<bool()>& condition)
 {
     const QDeadlineTimer cap(std::chrono::minutes(1));
+    QTimer wakeUp;
+    wakeUp.start(tick);
     while (!condition()) {
         if (cap.hasExpired()) {
             return false;
         }
-        // The short slice only bounds how late a change made by another thread without an event is seen.
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 10);
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
     return true;

@@ -149,7 +149,7 @@ TEST(DispatchGroupDeathTest, StopsWhenItIsLeftMoreOftenThanEntered)
     DispatchGroup group;
     group.enter();
     group.leave();
-    EXPECT_EXIT(group.leave(), testing::KilledBySignal(SIGABRT), "TestBody\\(\\) .*left more often than entered");
+    EXPECT_EXIT(group.leave(), testing::KilledBySignal(SIGABRT), "TestBody.*left more often than entered");
 }
 
 } // namespace

@@ -213,7 +213,7 @@ TEST(SerialQueueDeathTest, StopsOffTheQueueAndNamesTheLabelAndTheCaller)
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     const SerialQueue queue(QStringLiteral("com.vole.connect.Lonely"));
     EXPECT_EXIT(queue.assertOnQueue(), testing::KilledBySignal(SIGABRT),
-                "TestBody\\(\\) .*serial queue \"com.vole.connect.Lonely\"");
+                "TestBody.*serial queue \"com.vole.connect.Lonely\"");
 }
 
 TEST(SerialQueueDeathTest, StopsOnAnotherQueue)
