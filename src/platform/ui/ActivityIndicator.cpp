@@ -4,6 +4,7 @@
 #include "platform/foundation/Color.h"
 #include "platform/ui/Animation.h"
 #include "platform/ui/ImageNode.h"
+#include "platform/ui/WindowVisibility.h"
 
 #include <QtGui/QPainter>
 #include <QtQuick/QQuickWindow>
@@ -108,7 +109,7 @@ QSizeF ActivityIndicator::sizeThatFits(const QSizeF& /*size*/) const
 
 void ActivityIndicator::turnWhileSeen()
 {
-    const bool isSeen = isVisible() && window() && window()->isVisible();
+    const bool isSeen = isVisible() && isOnScreen(window());
     const bool turns = _isAnimating && isSeen && !isMotionReduced();
     if (turns == (_turn.state() == QAbstractAnimation::Running)) {
         return;
@@ -126,7 +127,7 @@ void ActivityIndicator::didMoveToWindow()
     disconnect(std::exchange(_windowShown, {}));
     if (QQuickWindow* const shownIn = window()) {
         // A window that is hidden tells its items nothing.
-        _windowShown = connect(shownIn, &QWindow::visibleChanged, this, [this] { turnWhileSeen(); });
+        _windowShown = connect(shownIn, &QWindow::visibilityChanged, this, [this] { turnWhileSeen(); });
         draw();
     }
     turnWhileSeen();

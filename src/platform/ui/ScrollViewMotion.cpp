@@ -2,6 +2,7 @@
 
 #include "platform/ui/ScrollViewState.h"
 #include "platform/ui/TreeChange.h"
+#include "platform/ui/WindowVisibility.h"
 
 #include <QtQuick/QQuickWindow>
 
@@ -79,7 +80,7 @@ bool ScrollView::State::isMovedByQuick() const
 
 bool ScrollView::State::canBeSeen() const
 {
-    return view.isVisible() && view.window() && view.window()->isVisible();
+    return view.isVisible() && isOnScreen(view.window());
 }
 
 void ScrollView::State::moveTo(const QPointF& target)

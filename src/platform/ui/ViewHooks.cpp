@@ -8,6 +8,7 @@
 #include "platform/ui/View.h"
 #include "platform/ui/ViewNode.h"
 #include "platform/ui/ViewState.h"
+#include "platform/ui/WindowVisibility.h"
 
 #include <QtQuick/QQuickWindow>
 
@@ -183,7 +184,7 @@ void View::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry)
 
 bool View::canBeSeen() const
 {
-    return isVisible() && window() && window()->isVisible();
+    return isVisible() && isOnScreen(window());
 }
 
 PropertyValue View::presented(AnimatedProperty property) const
