@@ -5,23 +5,29 @@
 # it. An include of anything else is "No such file or directory". A folder in a layer's folder with a CMakeLists.txt of its
 # own is another layer, and no part of the outer one.
 function(kovalin_add_native_layers)
-    kovalin_add_layer(utils          LIBRARY kovalin_learned_search LIBRARIES fmt::fmt kovalin_hard_asserts)
-    kovalin_add_layer(learned_search LIBRARY kovalin_learned_search USES utils LIBRARIES kovalin_search_model_schema)
+    kovalin_add_layer(utils          HOT LIBRARY kovalin_learned_search LIBRARIES fmt::fmt kovalin_hard_asserts)
+    kovalin_add_layer(learned_search HOT LIBRARY kovalin_learned_search USES utils
+                                     LIBRARIES kovalin_search_model_schema)
 endfunction()
 
 function(kovalin_add_kit_layers)
     file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/precompiled.cpp" CONTENT "")
-    add_library(kovalin_precompiled OBJECT "${CMAKE_BINARY_DIR}/precompiled.cpp")
-    target_link_libraries(kovalin_precompiled PRIVATE Qt6::Core kovalin_warnings)
-    target_precompile_headers(kovalin_precompiled PRIVATE ${KOVALIN_PRECOMPILED_HEADERS})
-    set(KOVALIN_LAYERS_PRECOMPILED kovalin_precompiled)
+    # One of each for each way to optimise: a compiler takes none that was made in another.
+    foreach(way fast small)
+        add_library(kovalin_precompiled_${way} OBJECT EXCLUDE_FROM_ALL "${CMAKE_BINARY_DIR}/precompiled.cpp")
+        target_link_libraries(kovalin_precompiled_${way} PRIVATE Qt6::Core kovalin_warnings)
+        target_precompile_headers(kovalin_precompiled_${way} PRIVATE ${KOVALIN_PRECOMPILED_HEADERS})
+    endforeach()
+    target_link_libraries(kovalin_precompiled_fast PRIVATE kovalin_hot_code)
+    target_link_libraries(kovalin_precompiled_small PRIVATE kovalin_small_code)
+    set(KOVALIN_LAYERS_PRECOMPILED TRUE)
     add_library(kovalin_precompiled_views OBJECT "${CMAKE_BINARY_DIR}/precompiled.cpp")
-    target_link_libraries(kovalin_precompiled_views PRIVATE Qt6::Quick kovalin_warnings)
+    target_link_libraries(kovalin_precompiled_views PRIVATE Qt6::Quick kovalin_small_code kovalin_warnings)
     target_precompile_headers(kovalin_precompiled_views PRIVATE
         ${KOVALIN_PRECOMPILED_HEADERS} ${KOVALIN_PRECOMPILED_VIEW_HEADERS})
 
     kovalin_add_layer(platform/dispatch   LIBRARY QXSDKKovalinKit LIBRARIES Qt6::Core)
-    kovalin_add_layer(platform/foundation LIBRARY QXSDKKovalinKit LIBRARIES Qt6::Core Qt6::Gui Qt6::Svg)
+    kovalin_add_layer(platform/foundation HOT LIBRARY QXSDKKovalinKit LIBRARIES Qt6::Core Qt6::Gui Qt6::Svg)
     kovalin_add_layer(learned_search/generated-src
         LIBRARY QXSDKKovalinKit USES learned_search platform/foundation LIBRARIES Qt6::Core)
     kovalin_add_layer(platform/net        LIBRARY QXSDKKovalinKit USES platform/dispatch platform/foundation
@@ -51,17 +57,21 @@ function(kovalin_add_kit_layers)
     kovalin_add_layer(picker              LIBRARY QXSDKKovalinKit USES telemetry content search kits/core kits/login
                                           kits/login/ui telemetry/base picker/config platform/dispatch
                                           platform/foundation platform/ui PRECOMPILED kovalin_precompiled_views)
+    kovalin_add_layer(qml                 LIBRARY QXSDKKovalinKit USES picker kits/core/default kits/login/default kits/core
+                                          kits/login picker/config platform/dispatch platform/foundation platform/ui
+                                          LIBRARIES Qt6::Quick PRECOMPILED kovalin_precompiled_views)
 endfunction()
 
-# kovalin_add_layer(<folder below src> LIBRARY <library> [USES <layer>…] [LIBRARIES <outside target>…] [PRECOMPILED <target>])
+# kovalin_add_layer(<folder below src> [HOT] LIBRARY <library> [USES <layer>…] [LIBRARIES <outside target>…] [PRECOMPILED <target>])
 #
+# HOT is what is to be fast: what a key stroke goes through. All else is made small, but for its kovalin_hot_sources().
 # PRECOMPILED names whose precompiled headers the layer uses, where they aren't those of all layers.
 #
 # Makes kovalin_<layer>_headers (what a user of the layer may include) and kovalin_<layer>_objects, where <layer> is the
 # folder as kovalin_layer_name() writes it. The sources are listed in the folder's own CMakeLists.txt, with
 # target_sources(${KOVALIN_LAYER_TARGET} PRIVATE …).
 function(kovalin_add_layer folder)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "LIBRARY;PRECOMPILED" "USES;LIBRARIES")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "HOT" "LIBRARY;PRECOMPILED" "USES;LIBRARIES")
     kovalin_layer_name(name "${folder}")
 
     set(include_dir "${CMAKE_BINARY_DIR}/include/${name}")
@@ -80,8 +90,15 @@ function(kovalin_add_layer folder)
     target_link_libraries(${KOVALIN_LAYER_TARGET}
         PUBLIC kovalin_${name}_headers
         PRIVATE $<BUILD_INTERFACE:kovalin_warnings>)
-    if(NOT arg_PRECOMPILED)
-        set(arg_PRECOMPILED ${KOVALIN_LAYERS_PRECOMPILED})
+    if(arg_HOT)
+        set(way fast)
+        target_link_libraries(${KOVALIN_LAYER_TARGET} PRIVATE $<BUILD_INTERFACE:kovalin_hot_code>)
+    else()
+        set(way small)
+        target_link_libraries(${KOVALIN_LAYER_TARGET} PRIVATE $<BUILD_INTERFACE:kovalin_small_code>)
+    endif()
+    if(KOVALIN_LAYERS_PRECOMPILED AND NOT arg_PRECOMPILED)
+        set(arg_PRECOMPILED kovalin_precompiled_${way})
     endif()
     if(arg_PRECOMPILED)
         target_precompile_headers(${KOVALIN_LAYER_TARGET} REUSE_FROM ${arg_PRECOMPILED})

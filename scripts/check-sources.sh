@@ -4,7 +4,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 mapfile -t sources < <(git ls-files 'src/*.cpp' 'src/*.h' 'apps/*.cpp' 'apps/*.h' 'bench/*.cpp' 'bench/*.h' \
-    'tests/*.cpp' 'tests/*.h')
+    'tests/*.cpp' 'tests/*.h' 'examples/*.cpp')
 clang-format --dry-run --Werror "${sources[@]}"
 
 if grep -nE '#include "\.\./' "${sources[@]}"; then

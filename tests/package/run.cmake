@@ -1,5 +1,5 @@
 # Installs both libraries into a folder of their own, builds the consumers against what was installed, and runs them.
-# Takes BUILD_DIR, SOURCE_DIR, WORK_DIR, CONFIG, GENERATOR and CXX_FLAGS.
+# Takes BUILD_DIR, SOURCE_DIR, WORK_DIR, CONFIG, GENERATOR and CXX_FLAGS, and QMLLINT, which may be empty.
 file(REMOVE_RECURSE "${WORK_DIR}")
 file(MAKE_DIRECTORY "${WORK_DIR}")
 
@@ -32,6 +32,22 @@ function(check_readme_shows source_name)
     endif()
 endfunction()
 
+# extract_files(<document> <folder>): writes each block of code behind a line "<!-- file: NAME -->" as that file.
+function(extract_files document folder)
+    file(READ "${document}" rest)
+    while(rest MATCHES "<!-- file: ([^ \n]+) -->\n```[a-z]*\n")
+        set(name "${CMAKE_MATCH_1}")
+        set(head "${CMAKE_MATCH_0}")
+        string(FIND "${rest}" "${head}" begin)
+        string(LENGTH "${head}" length)
+        math(EXPR begin "${begin} + ${length}")
+        string(SUBSTRING "${rest}" ${begin} -1 rest)
+        string(FIND "${rest}" "\n```" length)
+        string(SUBSTRING "${rest}" 0 ${length} text)
+        file(WRITE "${folder}/${name}" "${text}\n")
+    endwhile()
+endfunction()
+
 run("${CMAKE_COMMAND}" --install "${BUILD_DIR}" --prefix "${WORK_DIR}/installed" --config "${CONFIG}")
 
 build_consumer(search . "-DFIRST_SEARCH_SOURCE=${SOURCE_DIR}/tests/docs/FirstSearch.cpp")
@@ -47,6 +63,24 @@ run("${WORK_DIR}/theme/first_search")
 if(NOT output STREQUAL "de, background #202224\nsearchPillColors cannot be empty!\n")
     message(FATAL_ERROR "The consumer of themes and texts printed: ${output}")
 endif()
+
+# The guide's programs, as they stand there. Nothing of a host of theirs is left, and nobody's keychain is looked into.
+extract_files("${SOURCE_DIR}/docs/hosting.md" "${WORK_DIR}/hosts")
+foreach(road quick widgets)
+    file(COPY "${WORK_DIR}/hosts/kits.h" DESTINATION "${WORK_DIR}/hosts/${road}")
+endforeach()
+if(QMLLINT)
+    file(GLOB_RECURSE module_file "${WORK_DIR}/installed/qmldir")
+    cmake_path(GET module_file PARENT_PATH import_path)
+    cmake_path(GET import_path PARENT_PATH import_path)
+    run("${QMLLINT}" -I "${import_path}" "${WORK_DIR}/hosts/qml/Main.qml")
+    run("${QMLLINT}" -I "${import_path}" "${SOURCE_DIR}/examples/hosts/qml/Main.qml")
+endif()
+build_consumer(hosting hosting "-DHOSTS_DIR=${WORK_DIR}/hosts")
+foreach(road quick qml widgets)
+    run("${CMAKE_COMMAND}" -E env "XDG_CACHE_HOME=${WORK_DIR}/caches" "DBUS_SESSION_BUS_ADDRESS=disabled:"
+        QT_QUICK_BACKEND=software "${WORK_DIR}/hosting/${road}_chat")
+endforeach()
 
 # Qt can't be found here: the native core must not need it.
 build_consumer(prediction native "-DFIRST_PREDICTION_SOURCE=${SOURCE_DIR}/tests/docs/FirstPrediction.cpp"

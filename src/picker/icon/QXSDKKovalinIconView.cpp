@@ -1,5 +1,6 @@
 #include "picker/icon/QXSDKKovalinIconView.h"
 
+#include "content/QXSDKKovalinCache.h"
 #include "content/QXSDKKovalinClient.h"
 #include "content/QXSDKKovalinFriendState.h"
 #include "kits/login/QXSDKLoginClient.h"
@@ -54,6 +55,11 @@ struct QXSDKKovalinIconView::State {
     QSizeF drawnSize;
     double drawnRatio = 0;
 };
+
+std::shared_ptr<QXSDKKovalinIconView> QXSDKKovalinIconView::create()
+{
+    return create(QXSDKKovalinCache::shared());
+}
 
 std::shared_ptr<QXSDKKovalinIconView> QXSDKKovalinIconView::create(const std::shared_ptr<QXSDKKovalinCache>& cache)
 {

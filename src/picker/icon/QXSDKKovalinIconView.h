@@ -1,6 +1,6 @@
 #pragma once
 
-#include "content/QXSDKKovalinCache.h"
+#include "QXSDKKovalinKit/Export.h"
 #include "kits/login/QXSDKLoginStatusObserver.h"
 #include "platform/ui/View.h"
 #include "search/KovalinSticker.h"
@@ -13,6 +13,7 @@
 #include <memory>
 #include <optional>
 
+class QXSDKKovalinCache;
 class QXSDKKovalinFriendState;
 
 /// A small picture to stand beside a host's text field: the user's own avatar; a default picture while no account is
@@ -21,13 +22,15 @@ class QXSDKKovalinFriendState;
 ///
 /// The avatar is asked for whenever an account may have come or changed: when the view is made, by a login, and when
 /// the application comes to the front. Its answer takes the place of a sticker on show.
-class QXSDKKovalinIconView final : public kovalin::platform::View, public QXSDKLoginStatusObserver {
+class QXSDKKOVALINKIT_EXPORT QXSDKKovalinIconView final : public kovalin::platform::View,
+                                                          public QXSDKLoginStatusObserver {
     Q_OBJECT
 
 public:
-    /// Told of logins and of the application from here on. Pictures come from `cache`, which isn't null.
-    [[nodiscard]] static std::shared_ptr<QXSDKKovalinIconView>
-    create(const std::shared_ptr<QXSDKKovalinCache>& cache = QXSDKKovalinCache::shared());
+    /// Told of logins and of the application from here on. Pictures come from the library's store.
+    [[nodiscard]] static std::shared_ptr<QXSDKKovalinIconView> create();
+    /// The same over another store, which isn't null.
+    [[nodiscard]] static std::shared_ptr<QXSDKKovalinIconView> create(const std::shared_ptr<QXSDKKovalinCache>& cache);
     ~QXSDKKovalinIconView() override;
 
     /// Whether an account is linked, as far as the view was told.

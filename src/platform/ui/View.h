@@ -1,5 +1,6 @@
 #pragma once
 
+#include "QXSDKKovalinKit/Export.h"
 #include "platform/ui/AnimatedProperty.h"
 #include "platform/ui/LayerStyle.h"
 #include "platform/ui/ViewTransform.h"
@@ -31,7 +32,7 @@ namespace kovalin::platform {
 /// where the change is made in `animate`, over time. A change outside of `animate` ends what animates the same value.
 ///
 /// Coordinates are points. What Qt Quick or a host does to the item itself, such as resizing it, changes the model values.
-class View : public QQuickItem, public std::enable_shared_from_this<View> {
+class QXSDKKOVALINKIT_EXPORT View : public QQuickItem, public std::enable_shared_from_this<View> {
     Q_OBJECT
 
 public:
@@ -179,7 +180,7 @@ private:
 };
 
 /// Ends a view: it leaves the tree if this is the main thread, and is deleted when no code of its own is running.
-class ViewDeleter final {
+class QXSDKKOVALINKIT_EXPORT ViewDeleter final {
 public:
     void operator()(View* view) const;
 };
