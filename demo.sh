@@ -1,23 +1,46 @@
 #!/usr/bin/env bash
-# Builds the libraries and their programs, and answers a few searches over the example packs and the example model. --build
+# Builds the libraries and their programs, and opens a chat window with the sticker picker in it, beside a development server in
+# the same process. Without a display, or with --offscreen, a script plays in that window instead, and leaves pictures and events in
+# build/demo/. --command-line shows the command line instead: a few searches over the example packs and the example model. --build
 # stops after the build.
 set -euo pipefail
 cd "$(dirname "$0")"
 source scripts/common.sh
 
-only_build=false
+what=window
+if [[ -z ${DISPLAY:-} && -z ${WAYLAND_DISPLAY:-} ]]; then
+    what=offscreen
+fi
 for argument in "$@"; do
     case $argument in
-        --build) only_build=true ;;
-        *) echo "usage: ./demo.sh [--build]" >&2; exit 2 ;;
+        --build) what=build ;;
+        --offscreen) what=offscreen ;;
+        --command-line) what=command-line ;;
+        *) echo "usage: ./demo.sh [--build | --offscreen | --command-line]" >&2; exit 2 ;;
     esac
 done
 
 install_packages "${build_packages[@]}"
 build release -DKOVALIN_BUILD_TESTS=OFF -DKOVALIN_BUILD_BENCHMARKS=OFF
-if $only_build; then
-    exit
-fi
+
+# play: the script in a window that nobody sees.
+play() {
+    local out=build/demo script=examples/scripts/demo.txt
+    rm -rf "$out"
+    echo "Playing $script off screen:"
+    build/bin/kovalin-host --script "$script" --out "$out" --content examples/content --offscreen --print |
+        sed 's/^/    /'
+    printf '\nPictures and events are in %s:\n' "$out"
+    (cd "$out" && printf '    %s\n' *.png *.json log.txt)
+}
+
+case $what in
+    build) exit ;;
+    offscreen) play; exit ;;
+    window)
+        echo "The window is open; its log is below. What you can do there: log in, search, tap tags and stickers, type a message."
+        exec build/bin/kovalin-host --content examples/content ;;
+esac
 
 kovalin=build/bin/kovalin
 packs=examples/data/packs-emoji.json
