@@ -57,6 +57,7 @@ if [[ ${CI:-} == true ]]; then
     build/bin/analytics_queue_bench --quick
     build/bin/sticker_grid_bench --quick
     build/bin/content_view_bench --quick
+    build/bin/picker_start_bench --quick
     run_tests release --exclude-regex "$sanitized"
     for preset in asan tsan; do
         build "$preset"
@@ -79,4 +80,5 @@ if $long; then
     build/bench/bin/analytics_queue_bench
     build/bench/bin/sticker_grid_bench
     build/bench/bin/content_view_bench
+    build/bench/bin/picker_start_bench
 fi
