@@ -258,8 +258,8 @@ void ChatHost::setPickerOpen(bool isOpen)
 
 void ChatHost::makePicker(int picker)
 {
-    const auto theme =
-        _isDark ? QXSDKKovalinStickerPickerTheme::darkTheme() : QXSDKKovalinStickerPickerTheme::lightTheme();
+    // By day the default one, whose pills are colourful.
+    const auto theme = _isDark ? QXSDKKovalinStickerPickerTheme::darkTheme() : nullptr;
     Picker& made = _pickers[static_cast<std::size_t>(picker)];
     made.controller = QXSDKKovalinStickerPickerViewController::create(
         QXSDKKovalinStickerPickerConfigBuilder().withTheme(theme).build());

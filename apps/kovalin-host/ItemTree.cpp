@@ -5,6 +5,7 @@
 #include "platform/ui/Button.h"
 #include "platform/ui/ImageView.h"
 #include "platform/ui/Label.h"
+#include "platform/ui/ScrollView.h"
 #include "platform/ui/TextField.h"
 
 #include <QtCore/QJsonArray>
@@ -203,6 +204,10 @@ QJsonObject treeOf(const QQuickItem& root, const ItemRoots& roots)
     if (const auto* const tile = qobject_cast<const QXSDKKovalinStickerCollectionViewCell*>(&root)) {
         json.insert(QStringLiteral("url"), tile->imageURL().value_or(QUrl()).toString());
         json.insert(QStringLiteral("loaded"), tile->isLoaded());
+    }
+    if (const auto* const scrolled = qobject_cast<const ScrollView*>(&root)) {
+        const QPointF offset = scrolled->contentOffset();
+        json.insert(QStringLiteral("offset"), QJsonArray{offset.x(), offset.y()});
     }
     if (const auto* const icon = qobject_cast<const QXSDKKovalinIconView*>(&root)) {
         json.insert(QStringLiteral("url"),

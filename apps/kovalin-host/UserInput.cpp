@@ -26,11 +26,19 @@ void clickAt(QQuickWindow& window, const QPointF& point)
 
 void scrollAt(QQuickWindow& window, const QPointF& point, int points)
 {
-    for (const auto& [phase, step] : {std::pair{Qt::ScrollBegin, 0}, {Qt::ScrollUpdate, -points}, {Qt::ScrollEnd, 0}}) {
+    constexpr quint64 frameMillis = 16;
+    const int start = points < 0 ? 1 : -1; // a movement begins with two steps, which are no part of it
+    quint64 time = now();
+    for (const auto& [phase, step] : {std::pair{Qt::ScrollBegin, 0},
+                                      {Qt::ScrollUpdate, start},
+                                      {Qt::ScrollUpdate, start},
+                                      {Qt::ScrollUpdate, -points},
+                                      {Qt::ScrollEnd, 0}}) {
         QWheelEvent event(point, window.mapToGlobal(point), {0, step}, {0, step}, {}, {}, phase, false,
                           Qt::MouseEventSynthesizedBySystem);
-        event.setTimestamp(now());
+        event.setTimestamp(time);
         QCoreApplication::sendEvent(&window, &event);
+        time += frameMillis; // what follows without any time between is passed over
     }
 }
 

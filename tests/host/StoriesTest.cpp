@@ -45,6 +45,19 @@ protected:
         }
         return views;
     }
+    /// How far the grid, which is higher than the row of tags, is scrolled down.
+    [[nodiscard]] double gridOffset(const QString& tree) const
+    {
+        double offset = 0;
+        double height = 0;
+        for (const QJsonObject& view : files.items(tree, QStringLiteral("CollectionView"))) {
+            if (view[u"frame"][3].toDouble() > height) {
+                height = view[u"frame"][3].toDouble();
+                offset = view[u"offset"][1].toDouble();
+            }
+        }
+        return offset;
+    }
     [[nodiscard]] qsizetype count(const QString& events, const QString& event) const
     {
         return files.fields(events, event).size();
@@ -79,6 +92,9 @@ TEST_F(HostStories, FromAFirstStartWithoutAnAccountToTheFirstSticker)
     const QStringList linked = files.analytics(QStringLiteral("browsing"));
     EXPECT_TRUE(linked.contains(QStringLiteral("kovalin_kit_hearth_link_tap")));
     EXPECT_TRUE(linked.contains(QStringLiteral("kovalin_kit_hearth_link_success")));
+
+    EXPECT_EQ(gridOffset(QStringLiteral("scrolled")), gridOffset(QStringLiteral("browsing")) + 120);
+    EXPECT_EQ(gridOffset(QStringLiteral("scrolled-back")), gridOffset(QStringLiteral("browsing")));
 
     EXPECT_EQ(files.ownTexts(QStringLiteral("found"), searchField), QStringList{QStringLiteral("lov")});
     EXPECT_TRUE(files.texts(QStringLiteral("found"), tag).contains(QStringLiteral("love")));

@@ -11,13 +11,26 @@ Rectangle {
     color: look.bar
 
     Flickable {
+        id: list
+
+        // The first of them is at the right from right to left.
+        function showBeginning() {
+            contentX = strip.host.isMirrored ? contentWidth - width : 0
+        }
+
         anchors.fill: parent
         contentWidth: Math.max(width, people.implicitWidth + 2 * strip.look.margin)
         contentHeight: height
         flickableDirection: Flickable.HorizontalFlick
         boundsBehavior: Flickable.StopAtBounds
         clip: true
+        onContentWidthChanged: showBeginning()
+        onWidthChanged: showBeginning()
 
+        Connections {
+            target: strip.host
+            function onLookChanged() { list.showBeginning() }
+        }
         Row {
             id: people
             anchors.left: parent.left
