@@ -13,10 +13,6 @@
 namespace kovalin::test {
 namespace {
 
-// All on one thread, the client too. Qt 6.4 starts a program by a vfork, in which the child leaves marks in the
-// thread sanitizer's memory of the thread that starts it; from then on that thread's locks go unseen. Hence also the
-// test program of its own.
-
 struct HttpEnd {
     int status = 0; // 0 where the connection ended before
     QByteArray data;
