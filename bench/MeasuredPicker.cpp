@@ -27,6 +27,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <future>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -219,6 +220,7 @@ public:
             const double next = grid->property("contentY").toDouble() + kWindow.height();
             grid->setProperty("contentY", next > end ? 0 : next);
             drawFrame();
+            letPass(30ms); // in which its pictures come
         }
     }
     void hide() { _controller->viewWillDisappear(); }
@@ -271,6 +273,9 @@ void leaveCaches(const QString& folder, int stickers)
     for (int number = 0; number < stickers; ++number) {
         store.setObject(pictures.at(static_cast<std::size_t>(number % kPictures)), addressOf(number));
     }
+    // One that isn't in memory any more is read behind all that is still to be written, and not on the main thread.
+    auto first = std::async(std::launch::async, [&store] { return store.objectForKey(addressOf(0)); });
+    require(!first.get().isNull(), "no pictures are written");
 }
 
 PickerFigures measurePicker(const QString& folder, int stickers, bool isQuick)
