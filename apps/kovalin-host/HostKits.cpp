@@ -8,12 +8,15 @@
 #include "kits/login/default/QXSDKOAuthLoginClient.h"
 #include "kovalin-host/FileTokenStore.h"
 #include "kovalin-host/HostRecord.h"
+#include "kovalin-host/RunUntil.h"
 #include "platform/foundation/CachesDirectory.h"
 #include "platform/foundation/Clock.h"
 #include "platform/net/UrlSession.h"
 
 #include <QtCore/QUrlQuery>
 
+#include <atomic>
+#include <chrono>
 #include <utility>
 
 using kovalin::platform::UrlSession;
@@ -145,6 +148,14 @@ HostKits::~HostKits()
     QXSDKOperationalMetricsQueue::setSharedInstance(nullptr);
     QXSDKAnalyticsEventsQueue::setSharedInstance(nullptr);
     QXSDKDynamicConfigManager::setShared(nullptr);
+}
+
+void HostKits::refreshConfigs() const
+{
+    constexpr auto longestWait = std::chrono::seconds(2);
+    const auto isOver = std::make_shared<std::atomic<bool>>(false);
+    QXSDKDynamicConfigManager::shared()->updateIfNecessary([isOver](bool /*isFresh*/) { *isOver = true; });
+    static_cast<void>(runUntil([&isOver] { return isOver->load(); }, longestWait));
 }
 
 void HostKits::setAnswer(const QByteArray& rule, const std::function<void(const QString& fault)>& done) const

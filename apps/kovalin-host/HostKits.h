@@ -24,6 +24,10 @@ public:
     ~HostKits();
     Q_DISABLE_COPY_MOVE(HostKits)
 
+    /// Has the configurations refreshed, and runs the event loop until they are, or the server takes longer than anybody would wait.
+    /// To be called before the first picker is made: whether the learned engine takes part is decided then, for the process.
+    void refreshConfigs() const;
+
     /// Makes a rule of the server's ("PATH RULE"). `done` is called once, on any thread, maybe before this returns: with what went
     /// wrong, or an empty text.
     void setAnswer(const QByteArray& rule, const std::function<void(const QString& fault)>& done) const;

@@ -179,6 +179,7 @@ void ScriptRunner::scroll(int points)
 HostWindow& ScriptRunner::window()
 {
     if (!_window) {
+        _kits.refreshConfigs();
         _window = std::make_unique<HostWindow>(_options, _record);
         const QQuickWindow& shown = _window->chatWindow();
         if (!runUntil([&shown] { return shown.isExposed() && shown.isActive(); }, longestWait)) {

@@ -189,6 +189,7 @@ int runHost(const HostOptions& options, const std::shared_ptr<host::HostRecord>&
         host::ScriptRunner(options, kits, record).run(isPrinting);
         return Ok;
     }
+    kits.refreshConfigs();
     const host::HostWindow window(options, record);
     return QGuiApplication::exec();
 }
