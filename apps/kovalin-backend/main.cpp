@@ -11,11 +11,9 @@
 #include <CLI/Formatter.hpp>
 
 #include <chrono>
-#include <cstdio>
 #include <exception>
 #include <limits>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <variant>
@@ -26,8 +24,6 @@ using namespace kovalin;
 namespace {
 
 constexpr int mostTokenSeconds = 365 * 24 * 3600;
-
-enum ExitCode { Ok = 0, BadInputGiven = 1, BadUsage = 2 };
 
 /// Empty when there is none.
 std::string answerFault(const std::string& parsed)
@@ -98,21 +94,6 @@ backend::ProgramOptions optionsFrom(const Arguments& arguments)
     return options;
 }
 
-ExitCode answerParser(const CLI::App& program, const CLI::ParseError& error)
-{
-    if (error.get_exit_code() == 0) {
-        std::ostringstream text;
-        program.exit(error, text, text);
-        cli::writeOutput(text.str());
-        cli::flushOutput();
-        return Ok;
-    }
-    cli::writeError(error.what());
-    const std::string usage = program.help();
-    std::fwrite(usage.data(), 1, usage.size(), stderr);
-    return BadUsage;
-}
-
 QtMessageHandler usualHandler = nullptr;
 
 void dropWarning(QtMsgType type, const QMessageLogContext& context, const QString& text)
@@ -140,7 +121,7 @@ int run(int argc, const char* const* argv)
     try {
         program.parse(cli::argumentsForParser(argc, argv));
     } catch (const CLI::ParseError& error) {
-        return answerParser(program, error);
+        return cli::answerParser(program, error);
     }
     return backend::runProgram(optionsFrom(arguments));
 }
@@ -160,9 +141,9 @@ int main(int argc, char** argv)
     try {
         return run(argc, argv);
     } catch (const cli::OutputClosed&) {
-        return Ok;
+        return cli::Ok;
     } catch (const std::exception& error) {
         cli::writeError(error.what());
-        return BadInputGiven;
+        return cli::BadInputGiven;
     }
 }

@@ -20,19 +20,15 @@
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
 
-#include <cstdio>
 #include <exception>
 #include <memory>
 #include <optional>
-#include <sstream>
 #include <string>
 
 using namespace kovalin;
 using host::HostOptions;
 
 namespace {
-
-enum ExitCode { Ok = 0, BadInputGiven = 1, BadUsage = 2 };
 
 constexpr int mostPickers = 2;
 constexpr int mostIcons = 4;
@@ -109,21 +105,6 @@ void addLookOptions(CLI::App& program, Arguments& arguments)
         ->check(CLI::Range(1, mostRatio));
 }
 
-ExitCode answerParser(const CLI::App& program, const CLI::ParseError& error)
-{
-    if (error.get_exit_code() == 0) {
-        std::ostringstream text;
-        program.exit(error, text, text);
-        cli::writeOutput(text.str());
-        cli::flushOutput();
-        return Ok;
-    }
-    cli::writeError(error.what());
-    const std::string usage = program.help();
-    std::fwrite(usage.data(), 1, usage.size(), stderr);
-    return BadUsage;
-}
-
 QString pathOf(const std::string& given)
 {
     return QFile::decodeName(cli::argumentAsGiven(given).c_str());
@@ -187,7 +168,7 @@ int runHost(const HostOptions& options, const std::shared_ptr<host::HostRecord>&
     const host::HostKits kits(options, record);
     if (options.isScripted()) {
         host::ScriptRunner(options, kits, record).run(isPrinting);
-        return Ok;
+        return cli::Ok;
     }
     kits.refreshConfigs();
     const host::HostWindow window(options, record);
@@ -207,7 +188,7 @@ int run(int argc, char** argv)
     try {
         program.parse(cli::argumentsForParser(argc, argv));
     } catch (const CLI::ParseError& error) {
-        return answerParser(program, error);
+        return cli::answerParser(program, error);
     }
     HostOptions options = optionsFrom(arguments);
     setUpEnvironment(arguments);
@@ -240,9 +221,9 @@ int main(int argc, char** argv)
     try {
         return run(argc, argv);
     } catch (const cli::OutputClosed&) {
-        return Ok;
+        return cli::Ok;
     } catch (const std::exception& error) {
         cli::writeError(error.what());
-        return BadInputGiven;
+        return cli::BadInputGiven;
     }
 }

@@ -18,16 +18,12 @@
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
 
-#include <cstdio>
 #include <exception>
-#include <sstream>
 #include <string>
 
 using namespace kovalin::cli;
 
 namespace {
-
-enum ExitCode { Ok = 0, BadInputGiven = 1, BadUsage = 2 };
 
 /// The subcommand that was given last, or the program itself.
 const CLI::App& commandReached(const CLI::App& program)
@@ -39,23 +35,12 @@ const CLI::App& commandReached(const CLI::App& program)
     return *command;
 }
 
-ExitCode answerParser(const CLI::App& program, const CLI::ParseError& error)
+/// What is wrong where the parser would only say that a subcommand is missing; else empty.
+std::string faultOf(const CLI::App& program)
 {
-    if (error.get_exit_code() == 0) {
-        std::ostringstream text;
-        program.exit(error, text, text);
-        writeOutput(text.str());
-        flushOutput();
-        return Ok;
-    }
-    // The parser would only say that a subcommand is missing.
     const CLI::App& command = commandReached(program);
     const bool isUnknown = command.get_require_subcommand_min() > 0 && command.remaining_size() > 0;
-    writeError(isUnknown ? "no such subcommand or option: " + argumentAsGiven(command.remaining().front())
-                         : std::string(error.what()));
-    const std::string usage = program.help();
-    std::fwrite(usage.data(), 1, usage.size(), stderr);
-    return BadUsage;
+    return isUnknown ? "no such subcommand or option: " + argumentAsGiven(command.remaining().front()) : std::string();
 }
 
 ExitCode run(int argc, const char* const* argv)
@@ -74,7 +59,7 @@ ExitCode run(int argc, const char* const* argv)
     try {
         program.parse(argumentsForParser(argc, argv));
     } catch (const CLI::ParseError& error) {
-        return answerParser(program, error);
+        return answerParser(program, error, faultOf(program));
     }
     return Ok;
 }

@@ -1,8 +1,16 @@
 #include "shared/CommandLine.h"
 
+#include "shared/StandardStreams.h"
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+
 #include <charconv>
 #include <cstdint>
+#include <cstdio>
 #include <limits>
+#include <sstream>
 #include <system_error>
 
 namespace kovalin::cli {
@@ -45,6 +53,21 @@ std::string countFault(const std::string& parsed)
     }
     return "must be a whole number from 0 to " + std::to_string(std::numeric_limits<std::int32_t>::max()) + ", not " +
            argumentAsGiven(parsed);
+}
+
+ExitCode answerParser(const CLI::App& program, const CLI::ParseError& error, const std::string& fault)
+{
+    if (error.get_exit_code() == 0) {
+        std::ostringstream text;
+        program.exit(error, text, text);
+        writeOutput(text.str());
+        flushOutput();
+        return Ok;
+    }
+    writeError(fault.empty() ? std::string(error.what()) : fault);
+    const std::string usage = program.help();
+    std::fwrite(usage.data(), 1, usage.size(), stderr);
+    return BadUsage;
 }
 
 } // namespace kovalin::cli

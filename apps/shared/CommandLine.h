@@ -3,7 +3,15 @@
 #include <string>
 #include <vector>
 
+namespace CLI {
+class App;
+class ParseError;
+} // namespace CLI
+
 namespace kovalin::cli {
+
+/// What the programs return.
+enum ExitCode { Ok = 0, BadInputGiven = 1, BadUsage = 2 };
 
 // Some arguments mean something to the command line parser that they don't mean to us: "[a,b]" is a list to it, "++" the
 // end of a subcommand. They go through it with a mark that no argument can have, and come out without it.
@@ -16,5 +24,10 @@ namespace kovalin::cli {
 
 /// What is wrong with an option's value that has to be a number of things; empty when it is one.
 [[nodiscard]] std::string countFault(const std::string& parsed);
+
+/// Ends what the parser has taken for no run: what was asked for, as the help, goes to standard output. Else standard error gets one
+/// line on what is wrong, the parser's if `fault` is empty, and the usage.
+[[nodiscard]] ExitCode answerParser(const CLI::App& program, const CLI::ParseError& error,
+                                    const std::string& fault = {});
 
 } // namespace kovalin::cli
