@@ -2,12 +2,10 @@
 
 #include "kits/core/QXSDKClientSetup.h"
 #include "platform/foundation/Application.h"
-#include "platform/net/UrlSession.h"
 #include "platform/store/ImageStore.h"
+#include "support/ApproveLogin.h"
 #include "support/WaitFor.h"
 #include "telemetry/base/QXSDKKovalinOperationalMetricsLogger.h"
-
-#include <QtCore/QUrlQuery>
 
 #include <algorithm>
 #include <mutex>
@@ -15,21 +13,6 @@
 using namespace kovalin::platform;
 
 namespace kovalin::test {
-
-namespace {
-
-/// A user who approves what the page asks for.
-bool approve(const QUrl& url)
-{
-    QUrl page = url;
-    QUrlQuery query(page);
-    query.addQueryItem(QStringLiteral("auto"), QStringLiteral("approve"));
-    page.setQuery(query);
-    UrlSession::shared().dataTask({.url = page}, [](const auto&, const auto&, const auto&) {})->resume();
-    return true;
-}
-
-} // namespace
 
 ContentHost::ContentHost()
 {
@@ -52,7 +35,8 @@ ContentHost::~ContentHost()
 
 void ContentHost::start()
 {
-    login = std::make_shared<QXSDKOAuthLoginClient>(QXSDKOAuthLoginOptions{.openUrl = approve, .tokenStore = tokens});
+    login =
+        std::make_shared<QXSDKOAuthLoginClient>(QXSDKOAuthLoginOptions{.openUrl = approveLogin, .tokenStore = tokens});
     QXSDKLoginClient::setShared(login);
     archive = QXSDKKovalinPacksArchive::create();
     provider = QXSDKKovalinStickerDataProvider::create(archive);
